@@ -1,0 +1,81 @@
+# What every target of Marisonde shares, and the small functions that make one from a folder.
+
+function(_marisonde_warnings target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Werror)
+endfunction()
+
+# Settings for all targets. Called once, before any target exists.
+macro(marisonde_common_settings)
+  set(CMAKE_CXX_STANDARD 20)
+  set(CMAKE_CXX_STANDARD_REQUIRED ON)
+  set(CMAKE_CXX_EXTENSIONS OFF)
+  set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+  if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release)
+  endif()
+  find_program(CCACHE_PROGRAM ccache)
+  if(CCACHE_PROGRAM)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+  endif()
+  # g++ 12 drops the rounding of neighbouring doubles to float when it vectorizes straight-line code,
+  # and a contracted multiply-add rounds once where the formulas round twice: both would change digits.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-fno-tree-slp-vectorize)
+  endif()
+  if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    add_compile_options(-ffp-contract=off)
+  endif()
+  if(MARISONDE_SANITIZE)
+    add_compile_options(-fsanitize=${MARISONDE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${MARISONDE_SANITIZE})
+  endif()
+endmacro()
+
+# marisonde_library(<name> <folder> DEPS <targets>...): a static library of the .cpp files of one folder
+# (not of the folders below it). Headers are included from src/, so "decode/LineKind.h" names the folder.
+function(marisonde_library name folder)
+  cmake_parse_arguments(ARG "QT" "" "DEPS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
+  if(NOT sources)
+    message(FATAL_ERROR "No sources in ${folder}")
+  endif()
+  add_library(${name} STATIC ${sources})
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${ARG_DEPS})
+  if(ARG_QT)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  endif()
+  _marisonde_warnings(${name})
+endfunction()
+
+# marisonde_test(<folder> DEPS <targets>...): the program <folder>_tests of tests/<folder>/*.cpp.
+function(marisonde_test folder)
+  cmake_parse_arguments(ARG "QT" "MAIN" "DEPS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
+  if(NOT sources)
+    return()
+  endif()
+  string(REPLACE "/" "_" name ${folder})
+  add_executable(${name}_tests ${sources})
+  target_link_libraries(${name}_tests PRIVATE ${ARG_DEPS} test_support GTest::gmock)
+  if(NOT ARG_QT)
+    target_link_libraries(${name}_tests PRIVATE GTest::gtest_main)
+  endif()
+  target_compile_definitions(${name}_tests PRIVATE MARISONDE_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
+                                                   MARISONDE_SHARE="${PROJECT_SOURCE_DIR}/share")
+  if(ARG_QT)
+    set_target_properties(${name}_tests PROPERTIES AUTOMOC ON)
+  endif()
+  _marisonde_warnings(${name}_tests)
+  gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60
+                       PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+endfunction()
+
+# marisonde_bench(<name> DEPS <targets>...): bench/<name>.cpp with Google Benchmark.
+function(marisonde_bench name)
+  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  add_executable(${name} ${name}.cpp)
+  target_link_libraries(${name} PRIVATE ${ARG_DEPS} benchmark::benchmark)
+  _marisonde_warnings(${name})
+endfunction()
