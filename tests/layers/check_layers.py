@@ -16,7 +16,7 @@ CORE_ORDER = {
 }
 HOST_ORDER = {
     "platform": ["common", "files"],
-    "link": ["common", "platform", "simulator"],
+    "link": ["common", "decode", "optics", "calibration", "platform", "simulator"],
     "app": list(CORE_ORDER) + ["platform", "link", "simulator"],
 }
 FORMS = {

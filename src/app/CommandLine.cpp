@@ -1,0 +1,183 @@
+#include "app/CommandLine.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <optional>
+
+#include "common/ConversionUtils.h"
+#include "common/Numbers.h"
+
+namespace marisonde {
+
+namespace {
+
+constexpr std::array kRates{4800, 9600, 19200, 38400, 57600, 115200};
+constexpr int kMaxPort = 31;
+
+std::string Quoted(std::string_view text) {
+    return "'" + std::string(text) + "'";
+}
+
+std::string ModelNames() {
+    std::string names;
+    for (int code = 0; code < static_cast<int>(InstTypeCode::Unknown); ++code) {
+        if (code > 0) names += ", ";
+        names += InstTypeName(static_cast<InstTypeCode>(code));
+    }
+    return names;
+}
+
+std::optional<InstTypeCode> ModelFrom(std::string_view name) {
+    const InstTypeCode code = InstTypeFromName(name);
+    if (code >= InstTypeCode::Unknown) return std::nullopt;
+    return code;
+}
+
+std::string SetPort(CommandLine& line, std::string_view value) {
+    line.port = ToInt32(SafeVal(value));
+    line.mode = CommandLine::Mode::Direct;
+    if (line.port < 1 || line.port > kMaxPort) return "The port must be a number from 1 to 31.";
+    return "";
+}
+
+std::string SetBaud(CommandLine& line, std::string_view value) {
+    line.baud = ToInt32(SafeVal(value));
+    if (std::find(kRates.begin(), kRates.end(), line.baud) == kRates.end())
+        return "The rate must be 4800, 9600, 19200, 38400, 57600 or 115200.";
+    return "";
+}
+
+std::string SetModel(CommandLine& line, std::string_view value) {
+    const auto model = ModelFrom(value);
+    if (!model) return Quoted(value) + " is not a model. Models are: " + ModelNames() + ".";
+    line.model = *model;
+    return "";
+}
+
+std::string SetCal(CommandLine& line, std::string_view value) {
+    line.calFile = value;
+    return "";
+}
+
+std::string SetDemo(CommandLine& line, std::string_view value) {
+    line.mode = CommandLine::Mode::Demo;
+    while (true) {
+        const std::size_t comma = value.find(',');
+        const std::string_view name = Trim(value.substr(0, comma));
+        const auto model = ModelFrom(name);
+        if (!model) return Quoted(name) + " is not a model. Models are: " + ModelNames() + ".";
+        line.demoModels.push_back(*model);
+        if (comma == std::string_view::npos) break;
+        value.remove_prefix(comma + 1);
+    }
+    if (line.demoModels.size() > kMaxWindows) return "Cannot open more than 6 windows.";
+    return "";
+}
+
+std::string SetSeconds(CommandLine& line, std::string_view value) {
+    line.runSeconds = ToInt32(SafeVal(value));
+    if (line.runSeconds < 1) return "The time must be at least one second.";
+    return "";
+}
+
+/// One row per option that takes a value.
+struct OptionRow {
+    std::string_view name;
+    std::string (*set)(CommandLine&, std::string_view);
+    std::string_view valueName;
+    std::string_view help;
+};
+
+constexpr std::array kOptions{
+    OptionRow{"--port", SetPort, "N", "open port N (1 to 31) without identifying the instrument"},
+    OptionRow{"--baud", SetBaud, "RATE", "its rate, 4800 to 115200; 19200 if not given"},
+    OptionRow{"--model", SetModel, "MODEL", "the model that is connected there"},
+    OptionRow{"--cal", SetCal, "FILE", "the calibration file to use"},
+    OptionRow{"--demo", SetDemo, "MODEL[,MODEL...]", "show simulated instruments, one window each, up to six"},
+    OptionRow{"--seconds", SetSeconds, "N", "end the demonstration after N seconds"},
+};
+
+CommandLine Refused(std::string message) {
+    CommandLine line;
+    line.mode = CommandLine::Mode::Bad;
+    line.message = std::move(message);
+    return line;
+}
+
+std::string MissingParts(const CommandLine& line) {
+    if (line.mode != CommandLine::Mode::Direct) {
+        if (line.model != InstTypeCode::Unknown) return "--model goes with --port.";
+        return "";
+    }
+    if (line.model == InstTypeCode::Unknown) return "--port needs --model. Models are: " + ModelNames() + ".";
+    return "";
+}
+
+}  // namespace
+
+CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
+    CommandLine line;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        if (argument.empty()) continue;
+        if (argument[0] != '-') {
+            line.mode = CommandLine::Mode::Convert;
+            line.files = argument;
+            continue;
+        }
+        if (argument == "--help" || argument == "-h") {
+            line.mode = CommandLine::Mode::Help;
+            return line;
+        }
+        if (argument == "--version") {
+            line.mode = CommandLine::Mode::Version;
+            return line;
+        }
+        const std::size_t equals = argument.find('=');
+        const std::string name = argument.substr(0, equals);
+        const auto* const row = std::find_if(kOptions.begin(), kOptions.end(),
+                                             [&](const OptionRow& option) { return option.name == name; });
+        if (row == kOptions.end()) return Refused("Unknown option " + Quoted(name) + ".");
+        std::string value;
+        if (equals != std::string::npos)
+            value = argument.substr(equals + 1);
+        else if (i + 1 < arguments.size())
+            value = arguments[++i];
+        else
+            return Refused(name + " needs a value: " + std::string(row->valueName) + ".");
+        if (std::string message = row->set(line, value); !message.empty()) return Refused(std::move(message));
+    }
+    if (std::string message = MissingParts(line); !message.empty()) return Refused(std::move(message));
+    return line;
+}
+
+FilePair SplitFilePair(std::string_view files) {
+    const auto clean = [](std::string_view name) {
+        name = Trim(name);
+        const bool quoted = name.size() >= 2 && name.front() == '"' && name.back() == '"';
+        return std::string(quoted ? name.substr(1, name.size() - 2) : name);
+    };
+    const std::size_t semicolon = files.find(';');
+    if (semicolon == std::string_view::npos) return {clean(files), ""};
+    return {clean(files.substr(0, semicolon)), clean(files.substr(semicolon + 1))};
+}
+
+std::string HelpText() {
+    std::string text =
+        "Usage: marisonde [options]\n"
+        "Shows, records and calibrates what optical instruments in the sea send over serial lines.\n\n";
+    for (const OptionRow& row : kOptions) {
+        std::string left = "  " + std::string(row.name) + " " + std::string(row.valueName);
+        left.resize(std::max<std::size_t>(left.size() + 2, 30), ' ');
+        text += left + std::string(row.help) + "\n";
+    }
+    text += "  --help                      this text\n";
+    text += "  --version                   the version of the program\n\n";
+    text += "Models: " + ModelNames() + ".\n";
+    text += "Without options a window opens. MARISONDE_PORTS=\"1=/dev/pts/4,7=/tmp/sim0\" names the ports,\n";
+    text += "MARISONDE_SETTINGS=FILE another settings file.\n";
+    return text;
+}
+
+}  // namespace marisonde

@@ -1,0 +1,142 @@
+#include "link/InputLoop.h"
+
+#include <algorithm>
+#include <array>
+
+#include "link/InstrumentLink.h"
+#include "common/ConversionUtils.h"
+#include "decode/Decoders.h"
+#include "decode/LineKind.h"
+#include "decode/TextMessages.h"
+
+namespace marisonde {
+
+namespace {
+
+/// What is done with a data line of each kind; kinds without a row go to the terminal only.
+struct KindAction {
+    LineKind kind;
+    bool queued;           ///< to DataLineQueue
+    bool timed;            ///< moves LastDataTime
+    bool countsInTransfer;
+};
+
+constexpr std::array kActions{
+    KindAction{LineKind::CorvaneHex, true, false, true},
+    KindAction{LineKind::CorvaneHexHundredths, true, false, true},
+    KindAction{LineKind::CorvaneHousekeeping, false, true, false},
+    KindAction{LineKind::CorvaneVerboseHex, true, true, false},
+    KindAction{LineKind::LTidalHex, true, false, true},
+    KindAction{LineKind::NTidalHex, true, false, true},
+    KindAction{LineKind::TidalExtraHex, false, true, false},
+    KindAction{LineKind::TidalShort, true, false, true},
+    KindAction{LineKind::TidalFull, true, true, true},
+    KindAction{LineKind::CorvaneVerbose, true, true, false},
+    KindAction{LineKind::DelphFull, true, true, true},
+    KindAction{LineKind::Delph, true, false, true},
+};
+
+void KeepTerminalText(DataWindowState& state, std::string_view chunk) {
+    state.TerminalText.append(chunk);
+    if (state.TerminalText.size() > InputBuffer::kMaxPartial)
+        state.TerminalText.erase(0, state.TerminalText.size() - InputBuffer::kMaxPartial);
+}
+
+void TakeChunk(InstrumentLink& window, std::string_view chunk) {
+    DataWindowState& state = window.State;
+    if (!chunk.empty()) {
+        state.LastInputTime = window.Time().Steady();
+        state.DataArrived = true;
+        KeepTerminalText(state, chunk);
+        if (window.OnChunk) window.OnChunk(chunk);
+    }
+    state.InputText.Append(chunk);
+}
+
+void WatchForEndOfCast(InstrumentLink& window) {
+    DataWindowState& state = window.State;
+    if (!state.TransferActive) return;
+    const std::string text = LowerCase(state.InputText.Text());
+    const bool oldForm = window.Index() == 0 && text.find("'done") != std::string::npos;
+    if (oldForm || text.find("end of cast") != std::string::npos) state.TransferEnded = true;
+}
+
+/// InputBusy holds on for one tick after the text has been used up.
+void UpdateInputBusy(DataWindowState& state, LineScratch& scratch) {
+    if (!state.InputText.empty()) {
+        scratch.inputIdleCount = 1;
+        state.InputBusy = true;
+    } else if (--scratch.inputIdleCount < 0) {
+        scratch.inputIdleCount = -1;
+        state.InputBusy = false;
+    }
+}
+
+void ReadMessages(InstrumentLink& window, std::string_view line) {
+    DataWindowState& state = window.State;
+    const TextMessage message = ReadTextLine(line, state.TransferActive);
+    if (message.forUser && IsMessageForUser(line, state.CurrentCommand, state.LastMessage)) {
+        state.LastMessage = line;
+        if (window.OnInstrumentMessage)
+            window.OnInstrumentMessage(InstrumentMessageText(line, state.InstSerial));
+        return;
+    }
+    if (message.state) state.InstState = *message.state;
+    if (message.startsInSeconds) state.StartsInSeconds = *message.startsInSeconds;
+}
+
+void KeepResponse(DataWindowState& state, std::string_view line) {
+    if (line.empty() || state.CurrentCommand.empty() || state.ResponseLineCount >= kMaxResponseLines) return;
+    state.ResponseLines[static_cast<std::size_t>(state.ResponseLineCount++)] = line;
+}
+
+void HandleLine(InstrumentLink& window, const std::string& line) {
+    DataWindowState& state = window.State;
+    state.LastLine = line;
+    ReadMessages(window, line);
+    AddLineToQueues(window, line);
+    state.LineSeen = true;
+    KeepResponse(state, line);
+}
+
+}  // namespace
+
+std::string InstrumentMessageText(std::string_view line, std::string_view serial) {
+    line.remove_prefix(std::min<std::size_t>(1, line.size()));
+    return std::string(line) + ": " + std::string(serial);
+}
+
+void ProcessInput(InstrumentLink& window, LineScratch& scratch) {
+    scratch.chunk.clear();
+    window.Line().ReadAll(scratch.chunk);
+    TakeChunk(window, scratch.chunk);
+    WatchForEndOfCast(window);
+    DataWindowState& state = window.State;
+    UpdateInputBusy(state, scratch);
+    bool completed = false;
+    while (state.InputText.NextLine(scratch.line)) {
+        completed = true;
+        HandleLine(window, scratch.line);
+    }
+    if (completed) return;
+    if (const auto partial = ReadPartialText(state.InputText.Text())) state.InstState = *partial;
+}
+
+void AddLineToQueues(InstrumentLink& window, std::string_view line) {
+    DataWindowState& state = window.State;
+    const LineKind kind = ClassifyLine(line);
+    window.TermQueue.Add(line);
+    ++state.Counted.lines;
+    if (kind == LineKind::Other && line.size() > 1 && line[0] == '*' && !LineChecksumOk(line))
+        ++state.Counted.badChecksums;
+    const auto* const action = std::find_if(kActions.begin(), kActions.end(),
+                                            [&](const KindAction& row) { return row.kind == kind; });
+    if (action == kActions.end()) return;
+    if (action->timed) state.LastDataTime = window.Time().Steady();
+    if (kind == LineKind::CorvaneHousekeeping) DecodeHousekeeping(line, state.LastHousekeeping);
+    if (action->queued) window.DataLineQueue.Add(line);
+    if (action->countsInTransfer && state.TransferActive) ++state.TransferLineCount;
+    state.TerminalText.clear();
+}
+
+}  // namespace marisonde
