@@ -1,0 +1,429 @@
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <random>
+#include <set>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "files/DataFiles.h"
+#include "support/FailingOutputFile.h"
+
+namespace marisonde {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr auto kRaw = DataFileKind::Raw;
+constexpr auto kDat = DataFileKind::Dat;
+
+std::string TextOf(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+CalibratedSample SampleAt(double time) {
+    CalibratedSample sample;
+    sample.Time = time;
+    sample.Depth = 2;
+    return sample;
+}
+
+/// Real files in a folder that is gone when the test ends.
+class DataFilesTest : public testing::Test {
+  protected:
+    DataFilesTest()
+        : folder_(fs::temp_directory_path() / ("marisonde-data-" + std::to_string(std::random_device{}()))) {
+        fs::create_directories(Temporary());
+        fs::create_directories(User());
+    }
+    ~DataFilesTest() override {
+        std::error_code passedOver;
+        fs::remove_all(folder_, passedOver);
+    }
+    [[nodiscard]] fs::path Temporary() const { return folder_ / "temporary"; }
+    [[nodiscard]] fs::path User() const { return folder_ / "user.data"; }
+    [[nodiscard]] DataFilesRequest Both() const {
+        return {Temporary(), {}, "raw header\r\n", "dat header\r\n"};
+    }
+    [[nodiscard]] static std::set<std::string> NamesIn(const fs::path& folder) {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(folder))
+            names.insert(entry.path().filename().string());
+        return names;
+    }
+    /// A sample of a model whose line is time and depth alone.
+    static std::optional<DataFileTrouble> WriteTimeOf(DataFiles& files, double time, Millis now) {
+        return files.WriteSample(SampleAt(time), InstTypeCode::XTidal, false, now);
+    }
+
+  private:
+    fs::path folder_;
+};
+
+TEST_F(DataFilesTest, NamesCarryTheWindowNumberAndTheExtension) {
+    EXPECT_EQ(TemporaryDataPath("/data", 0, kRaw), "/data/0.raw");
+    EXPECT_EQ(TemporaryDataPath("/data", 5, kDat), "/data/5.dat");
+    EXPECT_EQ(FinalDataPath("/data/cast", kRaw), "/data/cast.raw");
+    EXPECT_EQ(FinalDataPath("/data/cast.dat", kRaw), "/data/cast.raw");
+    EXPECT_EQ(FinalDataPath("/leg.2/cast", kDat), "/leg.2/cast.dat");  // the folder's dot is no extension
+}
+
+TEST_F(DataFilesTest, UnnamedFilesAreOnlyTheTemporaryOnes) {
+    DataFiles files(0);
+    EXPECT_TRUE(files.OpenDataFiles(Both()).empty());
+    EXPECT_TRUE(files.State().stillToBeNamed);
+    EXPECT_EQ(files.State().rawTemporary, Temporary() / "0.raw");
+    EXPECT_EQ(files.State().datTemporary, Temporary() / "0.dat");
+    EXPECT_TRUE(files.State().rawFinal.empty());
+    EXPECT_TRUE(files.State().datFinal.empty());
+    EXPECT_EQ(NamesIn(Temporary()), (std::set<std::string>{"0.raw", "0.dat"}));
+    EXPECT_TRUE(NamesIn(User()).empty());
+    EXPECT_EQ(TextOf(Temporary() / "0.raw"), "raw header\r\n");
+    EXPECT_EQ(TextOf(Temporary() / "0.dat"), "dat header\r\n");
+}
+
+TEST_F(DataFilesTest, NamedFilesAreStillWrittenToTheTemporaryOnes) {
+    DataFiles files(3);
+    DataFilesRequest request = Both();
+    request.basePath = User() / "cast.txt";
+    EXPECT_TRUE(files.OpenDataFiles(request).empty());
+    EXPECT_FALSE(files.State().stillToBeNamed);
+    EXPECT_EQ(files.State().rawFinal, User() / "cast.raw");
+    EXPECT_EQ(files.State().datFinal, User() / "cast.dat");
+    EXPECT_EQ(NamesIn(Temporary()), (std::set<std::string>{"3.raw", "3.dat"}));
+    EXPECT_TRUE(NamesIn(User()).empty());
+}
+
+TEST_F(DataFilesTest, OnlyTheWantedFilesAreOpened) {
+    DataFiles files(1);
+    DataFilesRequest calibratedOnly = Both();
+    calibratedOnly.rawHeader.clear();
+    calibratedOnly.basePath = User() / "cast";
+    EXPECT_TRUE(files.OpenDataFiles(calibratedOnly).empty());
+    EXPECT_FALSE(files.IsOpen(kRaw));
+    EXPECT_TRUE(files.IsOpen(kDat));
+    EXPECT_TRUE(files.State().rawFinal.empty());
+    EXPECT_FALSE(files.WriteRaw("passed over", Millis(0)));
+    EXPECT_FALSE(files.HasUnsavedData());
+
+    DataFilesRequest rawOnly = Both();
+    rawOnly.datHeader.clear();
+    EXPECT_TRUE(files.OpenDataFiles(rawOnly).empty());
+    EXPECT_TRUE(files.IsOpen(kRaw));
+    EXPECT_FALSE(files.IsOpen(kDat));
+    EXPECT_EQ(NamesIn(Temporary()), std::set<std::string>{"1.raw"});
+}
+
+TEST_F(DataFilesTest, TwoWindowsNeverShareAFile) {
+    std::vector<DataFiles> windows;
+    for (int window = 0; window < 6; ++window) {
+        DataFiles& files = windows.emplace_back(window);
+        ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+        EXPECT_FALSE(files.WriteRaw("window " + std::to_string(window), Millis(0)));
+    }
+    EXPECT_EQ(NamesIn(Temporary()).size(), 12U);
+    for (int window = 0; window < 6; ++window) {
+        DataFiles& files = windows[static_cast<std::size_t>(window)];
+        const fs::path path = files.State().rawTemporary;
+        EXPECT_TRUE(files.CloseDataFiles(true).empty());
+        EXPECT_EQ(TextOf(path), "raw header\r\nwindow " + std::to_string(window));
+    }
+}
+
+TEST_F(DataFilesTest, AnEarlierFileIsReplaced) {
+    std::ofstream(Temporary() / "0.raw") << "from an earlier run, longer than the header";
+    DataFiles files(0);
+    EXPECT_TRUE(files.OpenDataFiles(Both()).empty());
+    EXPECT_EQ(TextOf(Temporary() / "0.raw"), "raw header\r\n");
+}
+
+TEST_F(DataFilesTest, ChunksAndSamplesReachTheFilesUnchanged) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    const std::string bytes("*D12\r\n\0\x1A\xFF", 9);
+    EXPECT_FALSE(files.WriteRaw(bytes, Millis(0)));
+    EXPECT_FALSE(files.WriteRaw("*D1", Millis(50)));
+    EXPECT_FALSE(WriteTimeOf(files, 40000, Millis(50)));
+    EXPECT_FALSE(WriteTimeOf(files, 40001, Millis(50)));
+    EXPECT_TRUE(files.CloseDataFiles(true).empty());
+    EXPECT_EQ(TextOf(Temporary() / "0.raw"), "raw header\r\n" + bytes + "*D1");
+    EXPECT_EQ(TextOf(Temporary() / "0.dat"), "dat header\r\n40000,2,\r\n40001,2,\r\n");
+}
+
+TEST_F(DataFilesTest, AFileThatCannotBeOpenedStaysOffWhileTheOtherGoesOn) {
+    fs::create_directory(Temporary() / "0.raw");  // a folder stands in the way
+    DataFiles files(0);
+    const std::string reason = std::generic_category().message(EISDIR);
+    EXPECT_EQ(
+        files.OpenDataFiles(Both()),
+        std::vector<std::string>{"Error opening " + (Temporary() / "0.raw").string() + ": " + reason + "."});
+    EXPECT_FALSE(files.IsOpen(kRaw));
+    EXPECT_TRUE(files.State().rawTemporary.empty());
+    EXPECT_TRUE(files.IsOpen(kDat));
+    EXPECT_TRUE(files.CloseDataFiles(false).empty());
+    EXPECT_TRUE(fs::is_directory(Temporary() / "0.raw"));
+}
+
+TEST_F(DataFilesTest, AMissingTemporaryFolderIsReportedForBoth) {
+    DataFiles files(0);
+    DataFilesRequest request = Both();
+    request.temporaryFolder = Temporary() / "nowhere";
+    const auto messages = files.OpenDataFiles(request);
+    ASSERT_EQ(messages.size(), 2U);
+    EXPECT_EQ(messages[1], "Error opening " + (Temporary() / "nowhere" / "0.dat").string() + ": " +
+                               std::generic_category().message(ENOENT) + ".");
+    EXPECT_FALSE(files.AnyOpen());
+}
+
+TEST_F(DataFilesTest, ClosingDeletesTheTemporaryFilesAndForgetsThePaths) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    files.WriteRaw("data", Millis(0));
+    EXPECT_TRUE(files.CloseDataFiles(false).empty());
+    EXPECT_TRUE(NamesIn(Temporary()).empty());
+    EXPECT_TRUE(files.State().rawTemporary.empty());
+    EXPECT_TRUE(files.State().datTemporary.empty());
+    EXPECT_FALSE(files.State().stillToBeNamed);
+    EXPECT_FALSE(files.AnyOpen());
+    EXPECT_FALSE(files.HasUnsavedData());
+    EXPECT_TRUE(files.CloseDataFiles(false).empty());  // closing twice is no error
+}
+
+TEST_F(DataFilesTest, OpeningAgainClosesTheEarlierFilesFirst) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    files.WriteRaw("first", Millis(0));
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    EXPECT_FALSE(files.HasUnsavedData());
+    EXPECT_TRUE(files.CloseDataFiles(true).empty());
+    EXPECT_EQ(TextOf(Temporary() / "0.raw"), "raw header\r\n");
+}
+
+TEST_F(DataFilesTest, SavingCopiesAndWritingGoesOnInTheTemporaryFile) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    files.WriteRaw("one\r\n", Millis(0));
+    EXPECT_TRUE(files.HasUnsavedData());
+    EXPECT_FALSE(files.SaveCopy(kRaw, User() / "cast.raw"));
+    EXPECT_EQ(TextOf(User() / "cast.raw"), "raw header\r\none\r\n");
+    EXPECT_EQ(files.State().rawFinal, User() / "cast.raw");
+    EXPECT_FALSE(files.State().stillToBeNamed);
+    EXPECT_FALSE(files.HasUnsavedData());
+
+    files.WriteRaw("two\r\n", Millis(10));
+    EXPECT_TRUE(files.HasUnsavedData());
+    EXPECT_EQ(TextOf(User() / "cast.raw"), "raw header\r\none\r\n");
+    EXPECT_FALSE(files.SaveCopy(kRaw, User() / "cast.raw"));
+    EXPECT_EQ(TextOf(User() / "cast.raw"), "raw header\r\none\r\ntwo\r\n");
+    EXPECT_EQ(NamesIn(User()), std::set<std::string>{"cast.raw"});
+    EXPECT_TRUE(files.CloseDataFiles(false).empty());
+    EXPECT_EQ(NamesIn(User()), std::set<std::string>{"cast.raw"});
+}
+
+TEST_F(DataFilesTest, AFailedSaveChangesNothing) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    WriteTimeOf(files, 40000, Millis(0));
+    const fs::path destination = User() / "nowhere" / "cast.dat";
+    const auto trouble = files.SaveCopy(kDat, destination);
+    ASSERT_TRUE(trouble);
+    EXPECT_EQ(trouble->kind, kDat);
+    EXPECT_EQ(trouble->name, destination);
+    EXPECT_EQ(trouble->temporary, Temporary() / "0.dat");
+    EXPECT_EQ(trouble->error.code, ENOENT);
+    EXPECT_EQ(trouble->error.text, std::generic_category().message(ENOENT));
+    EXPECT_TRUE(files.State().datFinal.empty());
+    EXPECT_TRUE(files.State().stillToBeNamed);
+    EXPECT_TRUE(files.HasUnsavedData());
+    WriteTimeOf(files, 40001, Millis(10));
+    EXPECT_FALSE(files.SaveCopy(kDat, User() / "cast.dat"));
+    EXPECT_EQ(TextOf(User() / "cast.dat"), "dat header\r\n40000,2,\r\n40001,2,\r\n");
+}
+
+TEST_F(DataFilesTest, AFailedSaveLeavesAnEarlierFileOfThatNameAlone) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    fs::create_directory(User() / "cast.raw");  // cannot be replaced by a file
+    std::ofstream(User() / "cast.raw" / "inside") << "x";
+    EXPECT_TRUE(files.SaveCopy(kRaw, User() / "cast.raw"));
+    EXPECT_EQ(NamesIn(User()), std::set<std::string>{"cast.raw"});
+    EXPECT_EQ(TextOf(User() / "cast.raw" / "inside"), "x");
+}
+
+TEST_F(DataFilesTest, SavingOntoTheTemporaryFileIsRefused) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    const auto trouble = files.SaveCopy(kRaw, Temporary() / "0.raw");
+    ASSERT_TRUE(trouble);
+    EXPECT_EQ(trouble->error.code, EBUSY);
+    EXPECT_TRUE(files.State().rawFinal.empty());
+    EXPECT_FALSE(files.WriteRaw("more", Millis(0)));
+    EXPECT_TRUE(files.CloseDataFiles(true).empty());
+    EXPECT_EQ(TextOf(Temporary() / "0.raw"), "raw header\r\nmore");
+}
+
+TEST_F(DataFilesTest, NamingLaterGivesTheFilesTheirFinalPaths) {
+    DataFiles files(0);
+    DataFilesRequest rawOnly = Both();
+    rawOnly.datHeader.clear();
+    ASSERT_TRUE(files.OpenDataFiles(rawOnly).empty());
+    files.NameFiles(User() / "cast");
+    EXPECT_EQ(files.State().rawFinal, User() / "cast.raw");
+    EXPECT_TRUE(files.State().datFinal.empty());
+    EXPECT_FALSE(files.State().stillToBeNamed);
+}
+
+#ifdef __linux__
+TEST_F(DataFilesTest, ARemovedFolderIsReportedOnceAndDataComeOn) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    fs::remove_all(Temporary());
+    EXPECT_FALSE(files.WriteRaw("x", Millis(0)));
+    EXPECT_FALSE(WriteTimeOf(files, 40000, Millis(0)));
+    const auto troubles = files.FlushIfDue(Millis(500));
+    ASSERT_EQ(troubles.size(), 2U);
+    EXPECT_EQ(troubles[0].kind, kRaw);
+    EXPECT_EQ(troubles[0].error.code, ENOENT);
+    EXPECT_EQ(troubles[1].kind, kDat);
+    EXPECT_FALSE(files.AnyOpen());
+    EXPECT_FALSE(files.WriteRaw("y", Millis(600)));
+    EXPECT_TRUE(files.FlushIfDue(Millis(2000)).empty());
+    EXPECT_TRUE(files.CloseDataFiles(false).empty());
+}
+#endif
+
+/// Files in memory that fail when the test wants it. A file lives until its window opens or closes files
+/// again.
+class FailingDataFilesTest : public testing::Test {
+  protected:
+    std::unique_ptr<OutputFile> Make() {
+        auto file = std::make_unique<FailingOutputFile>(made_.empty() ? rawRoom : datRoom);
+        made_.push_back(file.get());
+        return file;
+    }
+    [[nodiscard]] FailingOutputFile& Raw() const { return *made_.at(0); }
+    [[nodiscard]] FailingOutputFile& Dat() const { return *made_.at(1); }
+    [[nodiscard]] std::vector<std::string> Open() {
+        return files.OpenDataFiles({"/t", {}, "RAW\r\n", "DAT\r\n"});
+    }
+
+    static constexpr std::size_t kPlenty = 1 << 20;
+    std::size_t rawRoom = kPlenty;
+    std::size_t datRoom = kPlenty;
+    DataFiles files{2, [this] { return Make(); }};
+
+  private:
+    std::vector<FailingOutputFile*> made_;
+};
+
+TEST_F(FailingDataFilesTest, NothingWaitsForASecond) {
+    ASSERT_TRUE(Open().empty());
+    EXPECT_EQ(Raw().flushedBytes, 5U);  // the header at once
+    const int flushesOfTheHeader = Raw().flushes;
+    // Ticks of 50 ms with a chunk in each: look that no byte is older than a second when it reaches the
+    // system.
+    std::size_t oldBytes = Raw().text.size();
+    for (int tick = 0; tick < 200; ++tick) {
+        const Millis now(50 * tick);
+        EXPECT_FALSE(files.WriteRaw("0123456789", now));
+        EXPECT_TRUE(files.FlushIfDue(now).empty());
+        if (tick % 20 == 19) {
+            EXPECT_GE(Raw().flushedBytes, oldBytes);
+            oldBytes = Raw().text.size();
+        }
+    }
+    const int flushes = Raw().flushes - flushesOfTheHeader;
+    EXPECT_GE(flushes, 10);  // 10 seconds
+    EXPECT_LE(flushes, 20);  // but not at every tick
+    EXPECT_EQ(Dat().flushes, flushesOfTheHeader);
+}
+
+TEST_F(FailingDataFilesTest, AFlushIsDueFromTheOldestByteOn) {
+    ASSERT_TRUE(Open().empty());
+    files.WriteRaw("a", Millis(1000));
+    files.WriteRaw("b", Millis(1499));
+    EXPECT_TRUE(files.FlushIfDue(Millis(1499)).empty());
+    EXPECT_EQ(Raw().flushedBytes, 5U);
+    EXPECT_TRUE(files.FlushIfDue(Millis(1500)).empty());
+    EXPECT_EQ(Raw().flushedBytes, 7U);
+    const int flushes = Raw().flushes;
+    EXPECT_TRUE(files.FlushIfDue(Millis(9999)).empty());  // nothing waits
+    EXPECT_EQ(Raw().flushes, flushes);
+}
+
+TEST_F(FailingDataFilesTest, AFullDiskIsReportedOnceAndWhatWasWrittenStays) {
+    rawRoom = 12;  // header 5, then 7 more
+    ASSERT_TRUE(Open().empty());
+    EXPECT_FALSE(files.WriteRaw("12345", Millis(0)));
+    const auto trouble = files.WriteRaw("67890", Millis(50));
+    ASSERT_TRUE(trouble);
+    EXPECT_EQ(trouble->kind, kRaw);
+    EXPECT_EQ(trouble->temporary, fs::path("/t") / "2.raw");
+    EXPECT_EQ(trouble->name, fs::path("/t") / "2.raw");
+    EXPECT_EQ(trouble->error.code, ENOSPC);
+    EXPECT_EQ(trouble->error.text, std::generic_category().message(ENOSPC));
+
+    EXPECT_EQ(Raw().text, "RAW\r\n1234567");
+    EXPECT_FALSE(files.IsOpen(kRaw));
+    EXPECT_FALSE(files.WriteRaw("more", Millis(100)));
+    EXPECT_TRUE(files.FlushIfDue(Millis(5000)).empty());
+    EXPECT_EQ(Raw().text, "RAW\r\n1234567");
+    EXPECT_TRUE(files.HasUnsavedData());
+    EXPECT_EQ(files.State().rawTemporary, fs::path("/t") / "2.raw");
+
+    // The other file goes on.
+    EXPECT_FALSE(files.WriteSample(SampleAt(40000), InstTypeCode::XTidal, false, Millis(100)));
+    EXPECT_EQ(Dat().text, "DAT\r\n40000,2,\r\n");
+    EXPECT_TRUE(files.CloseDataFiles(true).empty());  // nothing is reported again
+}
+
+TEST_F(FailingDataFilesTest, AFullDiskOfTheCalibratedFileTurnsOnlyThatOff) {
+    datRoom = 5 + 9;
+    ASSERT_TRUE(files.OpenDataFiles({"/t", "/home/cast", "RAW\r\n", "DAT\r\n"}).empty());
+    const auto trouble = files.WriteSample(SampleAt(40000), InstTypeCode::XTidal, false, Millis(0));
+    ASSERT_TRUE(trouble);
+    EXPECT_EQ(trouble->kind, kDat);
+    EXPECT_EQ(trouble->name, fs::path("/home/cast.dat"));
+    EXPECT_EQ(trouble->temporary, fs::path("/t") / "2.dat");
+    EXPECT_EQ(Dat().text, "DAT\r\n40000,2,\r");
+    EXPECT_TRUE(files.IsOpen(kRaw));
+    EXPECT_FALSE(files.WriteRaw("on", Millis(50)));
+    EXPECT_EQ(Raw().text, "RAW\r\non");
+}
+
+TEST_F(FailingDataFilesTest, AnErrorAtTheFlushIsReportedOnce) {
+    ASSERT_TRUE(Open().empty());
+    files.WriteRaw("x", Millis(0));
+    Raw().flushFailsWith = EIO;
+    const auto troubles = files.FlushIfDue(Millis(600));
+    ASSERT_EQ(troubles.size(), 1U);
+    EXPECT_EQ(troubles[0].error.text, std::generic_category().message(EIO));
+    EXPECT_TRUE(files.FlushIfDue(Millis(1300)).empty());
+    EXPECT_FALSE(files.IsOpen(kRaw));
+}
+
+TEST_F(FailingDataFilesTest, NoRoomForTheHeaderIsAnErrorOfOpening) {
+    rawRoom = 3;
+    EXPECT_EQ(Open(), std::vector<std::string>{"Error opening " + (fs::path("/t") / "2.raw").string() + ": " +
+                                               std::generic_category().message(ENOSPC) + "."});
+    EXPECT_FALSE(files.IsOpen(kRaw));
+    EXPECT_TRUE(files.State().rawTemporary.empty());
+    EXPECT_TRUE(files.IsOpen(kDat));
+}
+
+TEST_F(FailingDataFilesTest, AnErrorWhileClosingIsReported) {
+    ASSERT_TRUE(Open().empty());
+    files.WriteRaw("x", Millis(0));
+    Raw().flushFailsWith = ENOSPC;
+    EXPECT_EQ(files.CloseDataFiles(true),
+              std::vector<std::string>{"Error closing files: " + std::generic_category().message(ENOSPC)});
+    EXPECT_FALSE(files.AnyOpen());
+    EXPECT_TRUE(files.State().rawTemporary.empty());
+}
+
+}  // namespace
+}  // namespace marisonde
