@@ -1,0 +1,62 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "simulator/Models.h"
+
+namespace marisonde::simulator {
+
+using Millis = std::chrono::milliseconds;
+
+/// How a sample is put into a line. Which forms a model has is told by OffersForm.
+enum class LineForm {
+    Natural,            ///< what the model sends from the factory: "*T", "*A", "*C", full decimal
+    Hex,                ///< "*D" of a Corvane, "*A" or "*C" of a Tidal
+    HexHundredths,      ///< "*T"
+    HexVerbose,         ///< "*V"
+    Decimal,            ///< Corvane 53 commas, Tidal 11, Delph and Fathom 15
+    DecimalTimed,       ///< the same behind a leading time: Corvane 54 commas, Tidal 13
+    DecimalShort,       ///< Tidal 5 commas, Delph and Fathom 8
+    DecimalShortTimed,  ///< Tidal 6 commas
+};
+/// "hex", "hundredths", "verbose", "decimal", "decimal-timed", "short", "short-timed" or "natural".
+std::optional<LineForm> LineFormFromText(std::string_view text);
+bool OffersForm(Model model, LineForm form);
+
+/// Firmware differs in whether the "*" of a hexadecimal line is summed too.
+enum class ChecksumStyle { WithoutStar, WithStar };
+
+enum class PowerOn { Sampling, Stopped, Sleeping };
+
+/// What is wrong with the cable and the instrument. All off by default; a rate of 0 is never.
+struct FaultOptions {
+    unsigned flipOneIn = 0;    ///< one bit of one byte in n, on average
+    unsigned dropOneIn = 0;    ///< one byte in n is lost
+    unsigned babbleOneIn = 0;  ///< before one byte in n come 1 to 40 random bytes
+    bool splitWrites = false;  ///< bytes are held back and come in uneven pieces, later ones merged
+    Millis stallEvery{0};  ///< nothing comes for stallFor, once in this time; what waited comes at once then
+    Millis stallFor{0};
+    std::optional<Millis> vanishAt;  ///< from here on nothing is sent or heard
+};
+
+struct Options {
+    LineForm form = LineForm::Natural;
+    double samplesPerSecond = 0;  ///< 0: what is usual for the model. The line may hold less than is asked
+    ChecksumStyle checksum = ChecksumStyle::WithoutStar;
+    int extraEvery =
+        -1;  ///< one "*H" or "*I" line before each n-th sample; 0 none, -1 as usual for the model
+    int baud = 19200;
+    bool lineFeed = true;    ///< lines end in CR LF, else in CR alone
+    std::uint64_t seed = 1;  ///< noise and faults; the same seed gives the same bytes
+    std::chrono::sys_seconds startDate{std::chrono::seconds{1309770922}};  ///< 4 July 2011 09:15:22
+    PowerOn powerOn = PowerOn::Sampling;
+    int startCountdown = 5;         ///< s from START to the first sample
+    std::optional<bool> shutter{};  ///< unset: as the model has it. Only Corvanes have shutters
+    double bottomM = 100;           ///< the profile goes from the surface to here and back, 0 to 400 m
+    FaultOptions faults;
+};
+
+}  // namespace marisonde::simulator
