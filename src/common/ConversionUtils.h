@@ -16,7 +16,8 @@ std::string DoubleText(double value);
 bool IsDigitChar(std::string_view text);
 /// A digit gives true at once; "-", "+", "." are stepped over; anything else, or the end, gives false.
 bool HasNumberChars(std::string_view text);
-/// True unless some character of the trimmed text is other than a digit, "+", "-", "e", "E", ".". Empty: true.
+/// True unless some character of the trimmed text is other than a digit, "+", "-", "e", "E", ".". Empty:
+/// true.
 bool IsNumericText(std::string_view text);
 /// From the first digit on, with a "." right before it, and a "-" right before that. No digit: empty.
 std::string_view NumericTail(std::string_view text);
@@ -25,8 +26,8 @@ double LastNumber(std::string_view text);
 std::int16_t FirstInteger(std::string_view text);
 /// Between the last "(" and the last ")"; "Depth (m)" gives "m".
 std::string TextInBrackets(std::string_view text);
-/// Rounds the decimals of the mantissa made by repeated division or multiplication by 10 (not the same number of
-/// significant digits on both sides of 1).
+/// Rounds the decimals of the mantissa made by repeated division or multiplication by 10 (not the same number
+/// of significant digits on both sides of 1).
 double RoundToDigits(double value, int digits);
 
 std::string PadWithNul(std::string_view text, std::size_t length);
@@ -60,7 +61,8 @@ double DateFromCivil(int year, int month, int day, int hour = 0, int minute = 0,
 CivilDate CivilFromDate(double date);
 double SecondsToDate(double seconds, int year);
 std::int32_t DateToSeconds(double date, int year);
-/// A written date "MM/DD/YY hh:mm:ss", or seconds since 1970 (Corvane family) or 1980 (all others). Bad parts give 0.
+/// A written date "MM/DD/YY hh:mm:ss", or seconds since 1970 (Corvane family) or 1980 (all others). Bad parts
+/// give 0.
 double ParseInstrumentDate(std::string_view text, InstTypeCode type);
 
 // --- 16-bit words of 4 bits of decimal exponent and 12 bits of mantissa, as instruments store them -----

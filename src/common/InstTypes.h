@@ -56,7 +56,8 @@ bool HasFluorChannels(const InstIdentity& inst);
 bool HasShutter(const InstIdentity& inst);
 /// Characters sent per tick: 10 Corvane; Delph 20 above firmware 1.01, else 1; others 1; 1 while sleeping.
 int OutputChunkSize(const InstIdentity& inst);
-/// True when either text is empty or "unknown", or both have the same two letters (any case) and the same number.
+/// True when either text is empty or "unknown", or both have the same two letters (any case) and the same
+/// number.
 bool SerialMatches(std::string_view a, std::string_view b);
 
 }  // namespace marisonde

@@ -1,0 +1,162 @@
+#include "common/Numbers.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <fmt/format.h>
+
+namespace marisonde {
+
+namespace {
+
+constexpr int kPlainDigitsFloat = 7;
+constexpr int kPlainDigitsDouble = 15;
+constexpr std::string_view kSentinelText = "1E+308";
+
+/// Digits and scale of a number: 0.d1 d2 d3 ... x 10^point.
+struct Digits {
+    char text[24];
+    int count;
+    int point;
+};
+
+template <typename Float>
+Digits ShortestDigits(Float size) {
+    const auto decimal = fmt::detail::dragonbox::to_decimal(size);
+    Digits digits;
+    const char* end = std::to_chars(digits.text, digits.text + sizeof digits.text, decimal.significand).ptr;
+    digits.count = static_cast<int>(end - digits.text);
+    digits.point = digits.count + decimal.exponent;
+    return digits;
+}
+
+char* Copy(char* out, const char* text, int count) {
+    std::memcpy(out, text, static_cast<std::size_t>(count));
+    return out + count;
+}
+
+char* Zeros(char* out, int count) {
+    std::memset(out, '0', static_cast<std::size_t>(count));
+    return out + count;
+}
+
+char* WriteWholeAndFraction(char* out, const Digits& digits) {
+    if (digits.count <= digits.point)
+        return Zeros(Copy(out, digits.text, digits.count), digits.point - digits.count);
+    out = Copy(out, digits.text, digits.point);
+    *out++ = '.';
+    return Copy(out, digits.text + digits.point, digits.count - digits.point);
+}
+
+char* WriteFractionOnly(char* out, const Digits& digits) {
+    *out++ = '0';
+    *out++ = '.';
+    return Copy(Zeros(out, -digits.point), digits.text, digits.count);
+}
+
+char* WriteExponentForm(char* out, const Digits& digits) {
+    *out++ = digits.text[0];
+    if (digits.count > 1) {
+        *out++ = '.';
+        out = Copy(out, digits.text + 1, digits.count - 1);
+    }
+    const int exponent = digits.point - 1;
+    *out++ = 'E';
+    *out++ = exponent < 0 ? '-' : '+';
+    const int size = exponent < 0 ? -exponent : exponent;
+    if (size >= 100) *out++ = static_cast<char>('0' + size / 100);
+    *out++ = static_cast<char>('0' + size / 10 % 10);
+    *out++ = static_cast<char>('0' + size % 10);
+    return out;
+}
+
+template <typename Float>
+char* WriteShortest(char* out, Float value, int plainDigits) {
+    if (value == 0) {
+        *out = '0';
+        return out + 1;
+    }
+    if (!std::isfinite(value)) return Copy(out, kSentinelText.data(), static_cast<int>(kSentinelText.size()));
+    if (value < 0) *out++ = '-';
+    const Digits digits = ShortestDigits(std::fabs(value));
+    if (digits.point > 0 && digits.point <= plainDigits) return WriteWholeAndFraction(out, digits);
+    const bool fewDecimals = digits.point == 0 || digits.count - digits.point <= plainDigits;
+    if (digits.point <= 0 && fewDecimals) return WriteFractionOnly(out, digits);
+    return WriteExponentForm(out, digits);
+}
+
+template <typename Float>
+void Append(std::string& out, Float value) {
+    char text[kMaxNumberText];
+    const char* end = WriteNumber(text, value);
+    out.append(text, static_cast<std::size_t>(end - text));
+}
+
+/// Cuts digit text to `keep` digits, halves to the even digit; a carry out of the first digit lengthens the
+/// text.
+void RoundDigitText(std::string& digits, std::size_t keep) {
+    const bool odd = keep > 0 && (digits[keep - 1] - '0') % 2 != 0;
+    const int half = digits.compare(keep, std::string::npos, "5");
+    digits.resize(keep);
+    if (half < 0 || (half == 0 && !odd)) return;
+    std::size_t i = keep;
+    while (i > 0 && digits[i - 1] == '9') digits[--i] = '0';
+    if (i == 0)
+        digits.insert(digits.begin(), '1');
+    else
+        ++digits[i - 1];
+}
+
+}  // namespace
+
+char* WriteNumber(char* out, double value) {
+    return WriteShortest(out, value, kPlainDigitsDouble);
+}
+
+char* WriteNumber(char* out, float value) {
+    return WriteShortest(out, value, kPlainDigitsFloat);
+}
+
+void AppendNumber(std::string& out, double value) {
+    Append(out, value);
+}
+
+void AppendNumber(std::string& out, float value) {
+    Append(out, value);
+}
+
+std::string NumberText(double value) {
+    std::string text;
+    Append(text, value);
+    return text;
+}
+
+std::string NumberText(float value) {
+    std::string text;
+    Append(text, value);
+    return text;
+}
+
+std::string FixedText(double value, int decimals) {
+    if (!std::isfinite(value)) return std::string(kSentinelText);
+    const int places = std::clamp(decimals, 0, 100);
+    const Digits shortest = ShortestDigits(std::fabs(value));
+    std::string digits(shortest.text, static_cast<std::size_t>(shortest.count));
+    const int keep = shortest.point + places;
+    if (keep < 0)
+        digits.clear();
+    else if (keep < shortest.count)
+        RoundDigitText(digits, static_cast<std::size_t>(keep));
+    else
+        digits.append(static_cast<std::size_t>(keep - shortest.count), '0');
+    // Now the digits are the value in units of its last place.
+    const bool nothing = digits.find_first_not_of('0') == std::string::npos;
+    const auto width = static_cast<std::size_t>(places) + 1;
+    if (digits.size() < width) digits.insert(0, width - digits.size(), '0');
+    if (places > 0) digits.insert(digits.size() - static_cast<std::size_t>(places), 1, '.');
+    if (value < 0 && !nothing) digits.insert(digits.begin(), '-');
+    return digits;
+}
+
+}  // namespace marisonde
