@@ -168,6 +168,7 @@ class CalibrationDataClass {
 
   private:
     void UpdateVirtualChannels();
+    void UpdateTempNorm(int ch);
     void MergeMu(const CalibrationDataClass& source, int from, int to);
     void MergeGain(const CalibrationDataClass& source, int ch);
     void InferSharedChannels();

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "calibration/CalibratedSample.h"
@@ -71,8 +73,7 @@ class Converter {
         double P0 = 0, kp1 = 0, kp2 = 0, atTP0 = 0, kD1 = 0, kD2 = 0;
     };
 
-    void PrepareScatter(const CalibrationDataClass& cal, int ch, const SigmaParams& sigma,
-                        const PureWaterParams& water);
+    void PrepareScatter(const CalibrationDataClass& cal, int ch, const PureWaterParams& water);
     void PrepareTransmission(const CalibrationDataClass& cal, const SigmaParams& sigma,
                              const PureWaterParams& water);
     void PrepareBeam(const CalibrationDataClass& cal, int ch);
@@ -80,10 +81,11 @@ class Converter {
 
     void ApplyClock(const RawSample& raw, CalibratedSample& out) const;
     void ApplyCorvane(RawSample& raw, CalibratedSample& out) const;
-    void ApplyCorvaneChannel(int ch, RawSample& raw, CalibratedSample& out) const;
+    [[nodiscard]] std::int32_t NormalizedSignal(std::size_t ch, std::size_t gain, const RawSample& raw) const;
+    void ApplyCorvaneChannel(std::size_t ch, double warmth, RawSample& raw, CalibratedSample& out) const;
     void ApplyFluorescence(CalibratedSample& out) const;
-    void ApplyVirtualChannel(int ch, bool guarded, CalibratedSample& out) const;
-    void ApplySigma(int ch, CalibratedSample& out) const;
+    void ApplyVirtualChannel(std::size_t ch, CalibratedSample& out) const;
+    void ApplySigma(std::size_t ch, CalibratedSample& out) const;
     void ApplyTidal(const RawSample& raw, CalibratedSample& out) const;
     void ApplyTransmission(const RawSample& raw, CalibratedSample& out) const;
     void ApplyDelph(const RawSample& raw, CalibratedSample& out) const;
