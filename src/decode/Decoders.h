@@ -11,7 +11,7 @@ namespace marisonde {
 /// Decodes one data line into the stream's sample. False: no data in it, the sample is not to be used.
 /// Allocates nothing. `instType` is the model in use; it decides only about numeric lines of no known kind.
 bool ParseRawLine(std::string_view line, InstTypeCode instType, RawSample& sample);
-/// The same for a line whose kind the caller already knows from ClassifyLine.
+/// The same for a line whose kind the caller already knows from ClassifyLine, which has tested its checksum.
 bool ParseRawLine(std::string_view line, LineKind kind, InstTypeCode instType, RawSample& sample);
 
 /// "*D", "*T", "*V" and the decimal verbose record. False for any other kind.

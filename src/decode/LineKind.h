@@ -9,24 +9,24 @@ namespace marisonde {
 
 /// What a received line is. There is no kind 17.
 enum class LineKind : std::int32_t {
-    Other = 0,                  ///< text, messages, lines with a bad checksum
-    CorvaneHex = 1,             ///< "*D"
-    CorvaneHexHundredths = 2,   ///< "*T"
-    CorvaneHousekeeping = 3,    ///< "*H"
-    CorvaneVerboseHex = 4,      ///< "*V"
-    LTidalHex = 5,              ///< "*A"
-    NTidalHex = 6,              ///< "*C"
-    TidalExtraHex = 7,          ///< "*I"
-    TidalShort = 8,             ///< 5 commas
-    TidalFull = 9,              ///< 11 or 12 commas
-    TidalTimed = 10,            ///< 6 or 13 commas
-    CorvaneVerbose = 11,        ///< 53 commas
-    CorvaneVerboseTimed = 12,   ///< 54 commas
-    DelphFull = 13,             ///< 15 commas
-    Commas19 = 14,              ///< no decoder
-    Commas21 = 15,              ///< no decoder
-    Delph = 16,                 ///< 8 commas
-    Commas16 = 18,              ///< no decoder
+    Other = 0,                 ///< text, messages, lines with a bad checksum
+    CorvaneHex = 1,            ///< "*D"
+    CorvaneHexHundredths = 2,  ///< "*T"
+    CorvaneHousekeeping = 3,   ///< "*H"
+    CorvaneVerboseHex = 4,     ///< "*V"
+    LTidalHex = 5,             ///< "*A"
+    NTidalHex = 6,             ///< "*C"
+    TidalExtraHex = 7,         ///< "*I"
+    TidalShort = 8,            ///< 5 commas
+    TidalFull = 9,             ///< 11 or 12 commas
+    TidalTimed = 10,           ///< 6 or 13 commas
+    CorvaneVerbose = 11,       ///< 53 commas
+    CorvaneVerboseTimed = 12,  ///< 54 commas
+    DelphFull = 13,            ///< 15 commas
+    Commas19 = 14,             ///< no decoder
+    Commas21 = 15,             ///< no decoder
+    Delph = 16,                ///< 8 commas
+    Commas16 = 18,             ///< no decoder
 };
 
 /// The kind of a line without its line end. Any bytes are allowed.

@@ -7,11 +7,12 @@
 
 namespace marisonde {
 
-/// One decoded data line: counts, gains, pressure and housekeeping before calibration. One lives per stream and is
-/// reused line by line, so a short record leaves the fields it does not carry as the sample before had them.
+/// One decoded data line: counts, gains, pressure and housekeeping before calibration. One lives per stream
+/// and is reused line by line, so a short record leaves the fields it does not carry as the sample before had
+/// them.
 struct RawSample {
-    std::int32_t Format = 0;      ///< model code found in the line: 3 for "*A", 4 for "*C"
-    double Time = 0;              ///< seconds since 1970 (Corvane, Delph) or 1980 (Tidal); 0 when the line has none
+    std::int32_t Format = 0;  ///< model code found in the line: 3 for "*A", 4 for "*C"
+    double Time = 0;  ///< seconds since 1970 (Corvane, Delph) or 1980 (Tidal); 0 when the line has none
     std::uint8_t Hundredths = 0;  ///< hundredths of a second
     double DayFraction = 0;       ///< elapsed time in days, of records with a running count
     std::int32_t ElapsedCount = 0;
@@ -37,14 +38,15 @@ struct RawSample {
     double ElapsedHundredths = 0;  ///< leading time value of the records that have one, x 100
 };
 
-/// The "*H" line: supply and four words for each of 8 slots, kept by position.
+/// The "*H" line: supply and four words for each of 8 slots, kept by position. The first three words are 0 to
+/// 65535, the fourth is -128 to 127.
 struct HousekeepingBlock {
     double Time = 0;
     float VoltageA = 0;  ///< volts
     float VoltageB = 0;  ///< volts
     float Status3 = 0;
     float Status4 = 0;
-    std::array<std::array<std::int16_t, 4>, 8> Words{};  ///< the fourth is signed
+    std::array<std::array<std::int32_t, 4>, 8> Words{};
 };
 
 }  // namespace marisonde
