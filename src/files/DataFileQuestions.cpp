@@ -5,7 +5,7 @@ namespace marisonde {
 namespace {
 
 std::string Quoted(const std::filesystem::path& path) {
-    return "\"" + path.string() + "\"";
+    return std::string("\"").append(path.string()).append("\"");
 }
 
 }  // namespace

@@ -19,7 +19,8 @@ CalibrationDataClass CalibrationOf(InstTypeCode type) {
     cal.InstType = type;
     cal.Serial = "HS970312";
     cal.Config = "FT";
-    for (int ch = 0; ch < kChannelSlots; ++ch) cal.EditChannel(ch).name = "n" + std::to_string(ch);
+    for (int ch = 0; ch < kChannelSlots; ++ch)
+        cal.EditChannel(ch).name = std::string("n").append(std::to_string(ch));
     return cal;
 }
 

@@ -17,7 +17,7 @@ CalibrationDataClass SomeCalibration() {
     CalibrationDataClass cal;
     cal.InstType = InstTypeCode::Corvane4;
     cal.Serial = "HS970312";
-    cal.Config = "F";
+    cal.Config = std::string("F");
     return cal;
 }
 
