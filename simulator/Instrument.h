@@ -91,10 +91,11 @@ class Instrument {
     void RunCommand(std::string_view line);
     void Say(std::string_view line);
     void Send(std::string_view bytes);
-    [[nodiscard]] bool ShutterMoves() const;
     [[nodiscard]] Moment Now() const;
 
     void BeginCountdown();
+    void CountDown();
+    void EndShutterTurn();
     void Start(std::string_view argument);
     void Stop(std::string_view argument);
     void Sleep(std::string_view argument);
@@ -113,6 +114,8 @@ class Instrument {
     Nanos now_{0};
     Nanos due_{0};  ///< when the state takes its next step; meaningless in Asleep and Stopped
     int countdown_ = 0;
+    bool shutterOpen_ = false;
+    Nanos lastLine_{0};  ///< how long the newest sample takes on the line
     long samples_ = 0;
     std::string inbox_;    ///< bytes that wait while the shutter moves
     std::string command_;  ///< the command line so far

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "simulator/Options.h"
+
+namespace marisonde::simulator {
+
+/// Appends `digits` upper-case hexadecimal digits. A value that does not fit, like a full counter, gives the
+/// largest or smallest that does; negative values need `AppendSignedHex`.
+void AppendHex(std::string& out, std::int64_t value, int digits);
+/// Two's complement in `digits` hexadecimal digits; clamped to what fits.
+void AppendSignedHex(std::string& out, std::int64_t value, int digits);
+/// Appends the sum modulo 256 of what `out` holds from `lineStart` (the "*") on, as two hexadecimal digits.
+void AppendChecksum(std::string& out, std::size_t lineStart, ChecksumStyle style);
+void AppendInteger(std::string& out, std::int64_t value);
+/// With exactly `decimals` digits behind the point.
+void AppendFixed(std::string& out, double value, int decimals);
+/// Shortest text of at most six significant digits, exponent with an upper-case E.
+std::string SixDigits(double value);
+/// Shortest text that reads back to the same value.
+std::string AllDigits(double value);
+std::string AllDigits(float value);
+
+}  // namespace marisonde::simulator

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "simulator/AutoGain.h"
+#include "simulator/HostOptics.h"
+#include "simulator/Instrument.h"
+
+namespace marisonde::simulator {
+
+/// Calibration of a Tidal: one backscatter and one transmission channel.
+struct TidalCalibration {
+    double depthCal;  ///< m per count
+    double depthOff;  ///< counts
+    double maxDepthM;
+    double lambdaNm, bandNm;
+    GainSteps gains;
+    std::array<int, 5> dark;
+    double Mu;
+    SigmaLaw sigma;
+    double beta2bb, MuRho;
+    double tempCoeff;  ///< fractional change of beta per deg C
+    double calTemp;    ///< deg C, backscatter
+    double kLambdaNm, kBandNm;
+    int dark24, pure24, air24;  ///< transmission counts: no light, pure water, air
+    double kCalTemp;            ///< deg C, transmission
+    double pathM;
+    std::array<double, 4> chi;  ///< attenuation by beta above water's: chi1 x + chi2 x^2 + chi3 x^3
+    double betaPure;
+    std::array<double, 6> kTempCoeff;  ///< polynomial of the transmission in temperature
+    double depthCoeff0, depthCoeff1;   ///< 1/m at the threshold and at full pressure
+    int depthThreshold;                ///< pressure counts
+};
+
+/// Combined absorption (l-Tidal) or attenuation (n-Tidal, x-Tidal) and backscatter sensors.
+class Tidal final : public Instrument {
+  public:
+    Tidal(Model model, const Options& options);
+    [[nodiscard]] const TidalCalibration& Cal() const { return cal_; }
+    [[nodiscard]] std::string CalText() const override;
+    [[nodiscard]] Truth TruthAt(Millis now) const override;
+
+  protected:
+    void AppendSample(std::string& out, const Moment& moment) override;
+    void AppendExtra(std::string& out, const Moment& moment) override;
+
+  private:
+    struct Sample {
+        int beta = 0;
+        int gain = 0;
+        int trans = 0;
+        int pressure = 0;
+        double tempC = 0;  ///< as sent
+    };
+
+    void Measure(const Moment& moment);
+    [[nodiscard]] Truth TruthIn(const WaterState& water) const;
+    [[nodiscard]] double UncorrectedBeta(const Truth& truth) const;
+    [[nodiscard]] double TransmissionCounts(double k, double tempC, int pressure) const;
+    [[nodiscard]] double DepthEffect(int pressure) const;
+    void AppendHexSample(std::string& out, const Moment& moment);
+    void AppendDecimalSample(std::string& out, const Moment& moment);
+
+    const TidalCalibration& cal_;
+    AutoGain gain_;
+    Sample sample_;
+};
+
+const TidalCalibration& TidalCalibrationOf(Model model);
+/// Its `.cal` text; `calibratedAt` in seconds since 1970.
+std::string TidalCalText(const TidalCalibration& cal, const ModelInfo& info, std::string_view config,
+                         std::int64_t calibratedAt);
+
+}  // namespace marisonde::simulator
