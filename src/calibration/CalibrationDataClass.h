@@ -157,6 +157,9 @@ class CalibrationDataClass {
     void ParseLineIntoCalClass(std::string_view line, CalSection& section);
     /// Channel names of an l-Tidal or n-Tidal, made of the wavelengths; nothing for other models.
     void NameTidalChannels();
+    /// Excitation and report numbers of a Corvane-6 that has none, from wavelengths that are equal; nothing for other
+    /// models.
+    void InferSharedChannels();
     /// The calibration as text in the layout of its type.
     [[nodiscard]] std::string CalText(const PureWaterParams& water) const;
     /// Writes CalText, clears ChangedItems and notes the path as SavedFile.
@@ -171,7 +174,6 @@ class CalibrationDataClass {
     void UpdateTempNorm(int ch);
     void MergeMu(const CalibrationDataClass& source, int from, int to);
     void MergeGain(const CalibrationDataClass& source, int ch);
-    void InferSharedChannels();
     std::vector<std::string> FinishLoad(const SigmaParams& params, const PureWaterParams& water);
 
     std::array<ChannelCal, kChannelSlots> channels_;

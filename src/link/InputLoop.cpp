@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <array>
 
-#include "link/InstrumentLink.h"
 #include "common/ConversionUtils.h"
 #include "decode/Decoders.h"
 #include "decode/LineKind.h"
 #include "decode/TextMessages.h"
+#include "link/BinaryInput.h"
+#include "link/InstrumentLink.h"
 
 namespace marisonde {
 
@@ -16,8 +17,8 @@ namespace {
 /// What is done with a data line of each kind; kinds without a row go to the terminal only.
 struct KindAction {
     LineKind kind;
-    bool queued;           ///< to DataLineQueue
-    bool timed;            ///< moves LastDataTime
+    bool queued;  ///< to DataLineQueue
+    bool timed;   ///< moves LastDataTime
     bool countsInTransfer;
 };
 
@@ -86,7 +87,9 @@ void ReadMessages(InstrumentLink& window, std::string_view line) {
 }
 
 void KeepResponse(DataWindowState& state, std::string_view line) {
-    if (line.empty() || state.CurrentCommand.empty() || state.ResponseLineCount >= kMaxResponseLines) return;
+    if (line.empty() || state.CurrentCommand.empty()) return;
+    if (CarriesCalText(state) && state.CalLines.size() < kMaxCalLines) state.CalLines.emplace_back(line);
+    if (state.ResponseLineCount >= kMaxResponseLines) return;
     state.ResponseLines[static_cast<std::size_t>(state.ResponseLineCount++)] = line;
 }
 
@@ -111,6 +114,7 @@ void ProcessInput(InstrumentLink& window, LineScratch& scratch) {
     window.Line().ReadAll(scratch.chunk);
     TakeChunk(window, scratch.chunk);
     WatchForEndOfCast(window);
+    if (TakeBinary(window, scratch.chunk)) return;
     DataWindowState& state = window.State;
     UpdateInputBusy(state, scratch);
     bool completed = false;

@@ -34,7 +34,9 @@ void InstrumentLink::SendPending() {
     const std::size_t count = std::min(chunk, PendingOutput.size());
     line_->Write(std::string_view(PendingOutput).substr(0, count));
     PendingOutput.erase(0, count);
-    if (PendingOutput.empty()) State.CommandTime = clock_.Steady();
+    if (!PendingOutput.empty()) return;
+    State.CommandTime = clock_.Steady();
+    State.CommandDate = clock_.Now();
 }
 
 }  // namespace marisonde

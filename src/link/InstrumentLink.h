@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -13,8 +14,8 @@
 
 namespace marisonde {
 
-/// The instrument side of one data window: its port, its record, its calibration and the queues between the port and
-/// everything that wants lines. Knows nothing of graphs, files and forms; those listen.
+/// The instrument side of one data window: its port, its record, its calibration and the queues between the
+/// port and everything that wants lines. Knows nothing of graphs, files and forms; those listen.
 class InstrumentLink {
   public:
     static constexpr int kQueueSize = 1000;
@@ -27,8 +28,18 @@ class InstrumentLink {
     StringQueue TermQueue{kQueueSize};      ///< every line, for the terminal
     std::string PendingOutput;              ///< command text not yet sent; the tick paces it out
 
-    std::function<void(std::string_view chunk)> OnChunk;       ///< every byte received, as it came
+    std::function<void(std::string_view chunk)> OnChunk;        ///< every byte received, as it came
     std::function<void(std::string text)> OnInstrumentMessage;  ///< a "!" line for the user
+    std::function<void(std::string text)> OnError;              ///< for the error form
+    /// Opens the connect dialog and calls back once it has closed, whatever came of it.
+    std::function<void(std::function<void()> whenClosed)> ShowConnectForm;
+    std::function<bool()> MayStart;               ///< asked before sampling is started; false stops it
+    std::function<void(int baud)> OnRateChanged;  ///< the instrument and the port have gone to another rate
+
+    std::filesystem::path TemporaryFolder;  ///< for the last calibration image; empty: none is kept
+    /// Where replies that carry calibration go; null: CalData.
+    CalibrationDataClass* ReplyCalData = nullptr;
+    [[nodiscard]] CalibrationDataClass& ReplyCal() { return ReplyCalData ? *ReplyCalData : CalData; }
 
     [[nodiscard]] int Index() const { return index_; }
     [[nodiscard]] const Clock& Time() const { return clock_; }
