@@ -8,7 +8,7 @@ namespace marisonde {
 namespace {
 
 /// Enough for a second of the fastest instrument, so that the system is called about once per flush.
-constexpr std::size_t kWaitingLimit = 64 * 1024;
+constexpr std::size_t kWaitingLimit = std::size_t{64} * 1024;
 
 FileError ErrorOf(int code) {
     // Some libraries fail without setting errno; an error must never look like success.

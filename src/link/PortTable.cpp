@@ -53,6 +53,7 @@ std::vector<PortEntry> RowsOf(std::string_view text) {
         if (number != 0 && !device.empty()) rows[number] = {number, std::string(device), {}, {}};
     }
     std::vector<PortEntry> entries;
+    entries.reserve(rows.size());
     for (auto& row : rows) entries.push_back(std::move(row.second));
     return entries;
 }

@@ -1,7 +1,6 @@
 #include "link/RealSerialLine.h"
 
 #include <QFileInfo>
-#include <QMetaObject>
 
 namespace marisonde {
 
@@ -116,7 +115,7 @@ void RealSerialLine::SetBreak(bool on) {
 }
 
 void RealSerialLine::OnError(QSerialPort::SerialPortError error) {
-    if (error == QSerialPort::NoError || lastError_.kind == Kind::Gone) return;
+    if (error == QSerialPort::NoError) return;
     const std::string reason = port_->errorString().toStdString();
     if (!MeansGone(error)) {
         lastError_ = {Kind::Other, reason};
@@ -124,9 +123,9 @@ void RealSerialLine::OnError(QSerialPort::SerialPortError error) {
     }
     AppendBytes(lastBytes_, port_->readAll());
     lastError_ = {Kind::Gone, reason};
-    // Not here: the port is in the middle of telling us.
-    QMetaObject::invokeMethod(
-        port_.get(), [this] { port_->close(); }, Qt::QueuedConnection);
+    port_->disconnect();
+    // Not deleted here: the port is in the middle of telling us.
+    port_.release()->deleteLater();
 }
 
 }  // namespace marisonde

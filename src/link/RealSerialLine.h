@@ -33,9 +33,7 @@ class RealSerialLine final : public SerialLine {
     [[nodiscard]] LineError LastError() const override { return lastError_; }
 
   private:
-    [[nodiscard]] bool Works() const {
-        return port_ && port_->isOpen() && lastError_.kind != LineError::Kind::Gone;
-    }
+    [[nodiscard]] bool Works() const { return port_ && port_->isOpen(); }
     void OnError(QSerialPort::SerialPortError error);
 
     PortTable& ports_;

@@ -43,6 +43,7 @@ void SimulatedLine::Write(std::string_view bytes) {
 }
 
 std::size_t SimulatedLine::BytesToRead() const {
+    CatchUp();
     return arrived_.size();
 }
 

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QSaveFile>
 #include <QStringDecoder>
-#include <QTimer>
 #include <QVariant>
 #include <utility>
 
@@ -57,7 +56,10 @@ std::string ValueFromFile(const QVariant& value) {
 }  // namespace
 
 IniSettings::IniSettings(const QString& path, OnProblem onProblem)
-    : settings_(std::make_unique<QSettings>(path, QSettings::IniFormat)), onProblem_(std::move(onProblem)) {}
+    : settings_(std::make_unique<QSettings>(path, QSettings::IniFormat)), onProblem_(std::move(onProblem)) {
+    saveTimer_.setSingleShot(true);
+    QObject::connect(&saveTimer_, &QTimer::timeout, &saveTimer_, [this] { Save(); });
+}
 
 IniSettings::~IniSettings() {
     Save();
@@ -75,7 +77,7 @@ void IniSettings::SaveSetting(std::string_view section, std::string_view key, st
 }
 
 bool IniSettings::Save() {
-    saveIsDue_ = false;
+    saveTimer_.stop();
     settings_->sync();
     if (settings_->status() != QSettings::AccessError) return true;
     if (!std::exchange(problemReported_, true) && onProblem_) onProblem_(WriteProblem());
@@ -84,8 +86,7 @@ bool IniSettings::Save() {
 
 void IniSettings::SaveSoon() {
     // Many values are saved together at the end of a run; each write to the disk may take as long as a tick.
-    if (std::exchange(saveIsDue_, true) || QCoreApplication::instance() == nullptr) return;
-    QTimer::singleShot(0, &context_, [this] { Save(); });
+    if (!saveTimer_.isActive() && QCoreApplication::instance() != nullptr) saveTimer_.start(0);
 }
 
 std::string IniSettings::WriteProblem() const {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QObject>
 #include <QSettings>
 #include <QString>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <string>
@@ -39,9 +39,8 @@ class IniSettings final : public Settings {
 
     std::unique_ptr<QSettings> settings_;
     OnProblem onProblem_;
-    bool saveIsDue_ = false;
     bool problemReported_ = false;
-    QObject context_;  ///< last: a save that is due dies with the object
+    QTimer saveTimer_;
 };
 
 }  // namespace marisonde

@@ -72,7 +72,7 @@ fs::path RecoveredFolder() {
 }
 
 QString SettingsFile() {
-    const QString named = qEnvironmentVariable("MARISONDE_SETTINGS");
+    QString named = qEnvironmentVariable("MARISONDE_SETTINGS");
     if (!named.isEmpty()) return named;
     return Standard(QStandardPaths::GenericConfigLocation) + QStringLiteral("/Marisonde/Marisonde.ini");
 }

@@ -50,7 +50,7 @@ QString MoveTo(const QDir& destination, const QFileInfo& file, const QDateTime& 
         return {};
     }
     for (int attempt = 1; attempt <= kMaxNameTries; ++attempt) {
-        const QString target = destination.filePath(NameFor(file, time, attempt));
+        QString target = destination.filePath(NameFor(file, time, attempt));
         QFile source(file.filePath());
         // Never replaces a file, and copies where the folders lie on different disks.
         if (!QFileInfo::exists(target) && source.rename(target)) return target;

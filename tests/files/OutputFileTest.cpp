@@ -20,7 +20,7 @@ class OutputFileTest : public testing::Test {
         : folder_(fs::temp_directory_path() / ("marisonde-file-" + std::to_string(std::random_device{}()))) {
         fs::create_directory(folder_);
     }
-    ~OutputFileTest() override {
+    void TearDown() override {
         std::error_code passedOver;
         fs::remove_all(folder_, passedOver);
     }

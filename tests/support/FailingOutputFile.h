@@ -43,7 +43,7 @@ class FailingOutputFile final : public OutputFile {
     }
     FileError Close() override {
         if (!open_) return {};
-        const FileError error = Flush();
+        FileError error = Flush();
         open_ = false;
         failure_ = {};
         return error;
