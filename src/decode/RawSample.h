@@ -36,6 +36,8 @@ struct RawSample {
     float Temp2 = 0;
     float Temp3 = 0;
     double ElapsedHundredths = 0;  ///< leading time value of the records that have one, x 100
+
+    bool operator==(const RawSample&) const = default;
 };
 
 /// The "*H" line: supply and four words for each of 8 slots, kept by position. The first three words are 0 to
@@ -47,6 +49,8 @@ struct HousekeepingBlock {
     float Status3 = 0;
     float Status4 = 0;
     std::array<std::array<std::int32_t, 4>, 8> Words{};
+
+    bool operator==(const HousekeepingBlock&) const = default;
 };
 
 }  // namespace marisonde
