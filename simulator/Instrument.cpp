@@ -18,6 +18,8 @@ constexpr Millis kTurnOn = 400ms;
 constexpr Millis kShutterTurn = 2500ms;
 constexpr Millis kCount = 1000ms;
 constexpr std::size_t kLongestCommand = 200;
+// Housekeeping comes about this often, and no more than before every tenth sample.
+constexpr double kUsualExtraS = 10;
 
 LineForm NaturalForm(Model model) {
     if (InfoOf(model).family == Family::Corvane) return LineForm::HexHundredths;
@@ -46,12 +48,14 @@ Instrument::Instrument(Model model, const Options& options)
       form_(options.form == LineForm::Natural ? NaturalForm(model) : options.form),
       shutter_(info_.family == Family::Corvane &&
                options.shutter.value_or(info_.config.find("T1") != std::string_view::npos)),
-      extraEvery_(options.extraEvery >= 0 ? options.extraEvery : (IsHexForm(form_) ? 10 : 0)),
       line_(options.baud),
       faults_(options.faults, options.seed),
       water_(options.bottomM),
       noise_(options.seed) {
     const double rate = options.samplesPerSecond > 0 ? options.samplesPerSecond : NaturalRate(info_.family);
+    extraEvery_ = options.extraEvery;
+    if (extraEvery_ < 0)
+        extraEvery_ = IsHexForm(form_) ? std::max(10, static_cast<int>(kUsualExtraS * rate)) : 0;
     period_ = std::max(Nanos{1}, Nanos{static_cast<std::int64_t>(1e9 / rate)});
     if (options.powerOn == PowerOn::Sleeping) state_ = State::Asleep;
     if (options.powerOn != PowerOn::Sampling) return;

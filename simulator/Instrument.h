@@ -104,8 +104,8 @@ class Instrument {
     Options options_;
     LineForm form_;
     bool shutter_;
-    int extraEvery_;
-    Nanos period_;
+    int extraEvery_ = 0;
+    Nanos period_{0};
     OutputLine line_;
     FaultLayer faults_;
     WaterColumn water_;
