@@ -1,16 +1,13 @@
 // Calibration files on disk: load, save, and a look at what a file is.
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fstream>
-#include <iterator>
-#include <optional>
 #include <system_error>
 
 #include "calibration/CalImage.h"
 #include "calibration/CalLine.h"
 #include "calibration/CalibrationDataClass.h"
-#include "common/Numbers.h"
+#include "common/FileBytes.h"
 
 namespace marisonde {
 
@@ -18,18 +15,6 @@ namespace {
 
 std::string SystemText() {
     return std::error_code(errno, std::generic_category()).message();
-}
-
-/// The file's bytes; nullopt with `reason` when it cannot be read.
-std::optional<std::string> ReadBytes(const std::filesystem::path& path, std::string& reason) {
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    if (file) {
-        std::string bytes{std::istreambuf_iterator<char>(file), {}};
-        if (!file.bad() && errno != EISDIR) return bytes;
-    }
-    reason = SystemText();
-    return std::nullopt;
 }
 
 bool WriteBytes(const std::filesystem::path& path, std::string_view bytes, std::string& reason) {
@@ -146,13 +131,13 @@ void CalibrationDataClass::InferSharedChannels() {
 CalFileResult CalibrationDataClass::LoadSourceFile(const std::filesystem::path& path,
                                                    const SigmaParams& params, const PureWaterParams& water) {
     if (!Exists(path)) return {};
-    std::string reason;
-    const auto bytes = ReadBytes(path, reason);
+    std::error_code error;
+    const auto bytes = ReadFileBytes(path, error);
     if (!bytes) {
         const std::string source = std::move(sourceFile_);
         Clear();
         sourceFile_ = source;
-        return {false, "Error opening file: " + reason + ".\r" + path.string(), {}};
+        return {false, "Error opening file: " + error.message() + ".\r" + path.string(), {}};
     }
     CalFileResult result{true, "", {}};
     if (IsCalImage(*bytes)) {
@@ -185,9 +170,9 @@ CalFileResult CalibrationDataClass::SaveAsFile(const std::filesystem::path& path
 
 CalFileType GetCalFileType(const std::filesystem::path& path) {
     if (!Exists(path)) return {};
-    std::string reason;
-    const auto bytes = ReadBytes(path, reason);
-    if (!bytes) return {InstTypeCode::Unknown, "", "Error opening cal file: " + reason + "."};
+    std::error_code error;
+    const auto bytes = ReadFileBytes(path, error);
+    if (!bytes) return {InstTypeCode::Unknown, "", "Error opening cal file: " + error.message() + "."};
     return IsCalImage(*bytes) ? CalImageType(*bytes) : TypeFromText(*bytes);
 }
 

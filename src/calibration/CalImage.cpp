@@ -1,14 +1,11 @@
 #include "calibration/CalImage.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
-#include <cerrno>
-#include <fstream>
-#include <iterator>
-#include <system_error>
 
 #include "common/ConversionUtils.h"
-#include "common/Numbers.h"
+#include "common/FileBytes.h"
 
 namespace marisonde {
 
@@ -154,16 +151,14 @@ bool ReadCalImageBytes(std::string_view image, CalibrationDataClass& calibration
 
 CalFileResult ReadCalImage(const std::filesystem::path& path, CalibrationDataClass& calibration,
                            const SigmaParams& params, const PureWaterParams& water) {
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    if (!ReadCalImageBytes(bytes, calibration)) {
-        const int code = errno;
-        const std::string reason = code == 0 ? "not " + std::to_string(kCalImageSize) + " bytes long"
-                                             : std::error_code(code, std::generic_category()).message();
+    std::error_code error;
+    const auto bytes = ReadFileBytes(path, error);
+    if (!bytes || !ReadCalImageBytes(*bytes, calibration)) {
+        const std::string reason =
+            bytes ? "not " + std::to_string(kCalImageSize) + " bytes long" : error.message();
         return {false,
                 "Error opening calibration file '" + path.string() + "': " + reason + " (" +
-                    std::to_string(code) + ").  Calibration data not valid.",
+                    std::to_string(error.value()) + ").  Calibration data not valid.",
                 {}};
     }
     return {true, "", calibration.CheckAndUpdateAll(params, water)};

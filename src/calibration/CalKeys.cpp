@@ -22,26 +22,26 @@ struct Target {
 
 using Store = void (*)(const Target&, std::string_view value);
 
-/// Nothing in text gives more than the sentinel, so that what is written reads back.
-double ReadDouble(std::string_view value) {
-    const double number = Val(value);
-    return std::isfinite(number) ? number : kSentinel;
+/// To 32 bits. What does not fit is the sentinel, which files show without a sign.
+float Single(std::string_view value) {
+    const auto single = static_cast<float>(Val(value));
+    return std::isfinite(single) ? single : kSentinelF;
 }
 
 void Read(std::string& field, std::string_view value) {
     field = value;
 }
 void Read(double& field, std::string_view value) {
-    field = ReadDouble(value);
+    field = Val(value);
 }
 void Read(float& field, std::string_view value) {
-    field = static_cast<float>(ReadDouble(value));
+    field = Single(value);
 }
 void Read(std::int16_t& field, std::string_view value) {
-    field = ToInt16(ReadDouble(value));
+    field = ToInt16(Val(value));
 }
 void Read(std::int32_t& field, std::string_view value) {
-    field = ToInt32(ReadDouble(value));
+    field = ToInt32(Val(value));
 }
 
 template <auto Field>
@@ -67,11 +67,11 @@ void OfAttenuationAt(const Target& target, std::string_view value) {
 /// Writes with rules: `Write` takes the channel, the index where there is one, and the number.
 template <auto Write>
 void ByRule(const Target& target, std::string_view value) {
-    (target.cal.*Write)(target.section.channel, ReadDouble(value));
+    (target.cal.*Write)(target.section.channel, Val(value));
 }
 template <auto Write>
 void ByRuleAt(const Target& target, std::string_view value) {
-    (target.cal.*Write)(target.section.channel, target.index, ReadDouble(value));
+    (target.cal.*Write)(target.section.channel, target.index, Val(value));
 }
 
 void StoreDeviceType(const Target& target, std::string_view value) {
@@ -131,25 +131,25 @@ void StoreDeltaLambda(const Target& target, std::string_view value) {
 }
 
 void StoreMu(const Target& target, std::string_view value) {
-    target.cal.SetMu(target.section.channel, ReadDouble(value));
+    target.cal.SetMu(target.section.channel, Val(value));
 }
 
 void StoreSigma(const Target& target, std::string_view value) {
-    target.cal.SetSigma(target.section.channel, target.index, ReadDouble(value));
+    target.cal.SetSigma(target.section.channel, target.index, Val(value));
 }
 
 void StoreCalTemp(const Target& target, std::string_view value) {
     const std::string_view section = target.section.name;
-    if (section == "Attenuation") target.cal.SetKCalTemp(0, static_cast<float>(ReadDouble(value)));
+    if (section == "Attenuation") target.cal.SetKCalTemp(0, Single(value));
     if (section == "Scattering" || section == "General") Read(target.cal.CalTemp, value);
 }
 
 void StoreKTempCoeff(const Target& target, std::string_view value) {
-    target.cal.SetKTempCoeff(target.section.channel, target.index, static_cast<float>(ReadDouble(value)));
+    target.cal.SetKTempCoeff(target.section.channel, target.index, Single(value));
 }
 
 void StoreKTPW(const Target& target, std::string_view value) {
-    target.cal.SetKTPW(target.section.channel, static_cast<float>(ReadDouble(value)));
+    target.cal.SetKTPW(target.section.channel, Single(value));
 }
 
 using Cal = CalibrationDataClass;

@@ -1,12 +1,11 @@
 #include "optics/SpectralTable.h"
 
-#include <fstream>
-#include <iterator>
 #include <limits>
 #include <optional>
 #include <string>
 
 #include "common/ConversionUtils.h"
+#include "common/FileBytes.h"
 #include "common/Numbers.h"
 
 namespace marisonde {
@@ -53,8 +52,8 @@ SpectralTable SpectralTable::Parse(std::string_view text) {
 }
 
 SpectralTable SpectralTable::Load(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return Parse(std::string(std::istreambuf_iterator<char>(file), {}));
+    std::error_code error;
+    return Parse(ReadFileBytes(path, error).value_or(""));
 }
 
 float SpectralTable::Lookup(double lambda) const {
