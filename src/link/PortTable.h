@@ -27,8 +27,8 @@ class PortTable {
 
     /// Ports in the order of the list, except those that bring a number. More than 31 are left out.
     explicit PortTable(Lister list);
-    /// A fixed table: "1=/dev/pts/4,7=/tmp/sim0". Rows without a number from 1 to 31 or without a device are
-    /// passed over; the last of two with the same number counts.
+    /// A fixed table: "1=/dev/pts/4,7=/home/me/sim0". Rows without a number from 1 to 31 or without a device
+    /// are passed over; the last of two with the same number counts.
     static PortTable FromText(std::string_view text);
     /// The table named by the environment's MARISONDE_PORTS if that is not empty, otherwise what the system
     /// lists.

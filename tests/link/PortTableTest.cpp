@@ -18,9 +18,9 @@ Rows RowsOf(const PortTable& table) {
 }
 
 TEST(PortTableTest, TextGivesAFixedTable) {
-    const PortTable table = PortTable::FromText("7=/tmp/sim0,1=/dev/pts/4");
-    EXPECT_EQ(RowsOf(table), (Rows{"1=/dev/pts/4", "7=/tmp/sim0"}));
-    EXPECT_EQ(table.Find(7)->device, "/tmp/sim0");
+    const PortTable table = PortTable::FromText("7=/home/me/sim0,1=/dev/pts/4");
+    EXPECT_EQ(RowsOf(table), (Rows{"1=/dev/pts/4", "7=/home/me/sim0"}));
+    EXPECT_EQ(table.Find(7)->device, "/home/me/sim0");
     EXPECT_FALSE(table.Find(2).has_value());
 }
 
