@@ -1,7 +1,6 @@
 #include "simulator/CalWriter.h"
 
 #include <chrono>
-#include <cmath>
 
 #include "simulator/FieldText.h"
 
@@ -66,10 +65,7 @@ void CalWriter::CalTime(std::int64_t secondsUnix, bool base1980) {
 }
 
 void CalWriter::Sigma(const SigmaLaw& law, double lambdaNm) {
-    const double K = OldClearK(lambdaNm);
-    const double old =
-        law.exponent > 0.0001 ? std::exp(-law.exponent * K) : 1 - law.linear * K - law.square * K * K;
-    Text("Sigma1", SixDigits(old) + "\t//not used by v2.7 and later");
+    Text("Sigma1", SixDigits(OldSigma(lambdaNm, law)) + "\t//not used by v2.7 and later");
     Six("Sigma2", law.linear);
     Six("Sigma3", law.square);
     Six("SigmaExp", law.exponent);

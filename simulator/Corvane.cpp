@@ -19,24 +19,6 @@ int Rounded(double value) {
     return static_cast<int>(std::lround(value));
 }
 
-double Sigma(const CorvaneChannel& channel, double betaUncorrected) {
-    const double K = EstimatedK(ShownBb(betaUncorrected, channel.lambdaNm), channel.lambdaNm);
-    return channel.sigma.At(channel.sigma.Constant(ClearK(channel.lambdaNm)), K);
-}
-
-/// The beta that a host corrects to `beta`. Sigma depends weakly on the uncorrected value, so that each round
-/// gains more than a decimal.
-double Uncorrected(const CorvaneChannel& channel, double beta) {
-    double uncorrected = beta;
-    for (int round = 0; round < 8; ++round) uncorrected = beta / Sigma(channel, uncorrected);
-    return uncorrected;
-}
-
-double TrueBb(const CorvaneChannel& channel, const WaterState& water) {
-    if (channel.lit >= 0) return Fluorescence(water, channel.lambdaNm);
-    return ParticleBb(water, channel.lambdaNm) + ShownWaterBb(channel.lambdaNm);
-}
-
 /// Light of the day falls off with depth and reaches the receivers a little.
 int Background(const WaterState& water) {
     return Rounded(140 * std::exp(-water.depthM / 12));
@@ -55,7 +37,9 @@ void AppendCsv(std::string& out, std::int64_t value) {
 }  // namespace
 
 Corvane::Corvane(Model model, const Options& options)
-    : Instrument(model, options), cal_(CorvaneCalibrationOf(model)) {}
+    : Instrument(model, options), cal_(CorvaneCalibrationOf(model)) {
+    for (const CorvaneChannel& channel : cal_.channels) views_.emplace_back(channel.lambdaNm, channel.sigma);
+}
 
 std::string Corvane::CalText() const {
     return CorvaneCalText(cal_, Info(), Config(), CalibratedAt());
@@ -64,8 +48,14 @@ std::string Corvane::CalText() const {
 Truth Corvane::TruthAt(Millis now) const {
     const WaterState water = Water().At(now);
     Truth truth{water.depthM, water.tempC, {}, {}, 0};
-    for (const CorvaneChannel& channel : cal_.channels) truth.bb.push_back(TrueBb(channel, water));
+    for (std::size_t ch = 0; ch < cal_.channels.size(); ++ch) truth.bb.push_back(TrueBb(ch, water));
     return truth;
+}
+
+double Corvane::TrueBb(std::size_t ch, const WaterState& water) const {
+    const CorvaneChannel& channel = cal_.channels[ch];
+    if (channel.lit >= 0) return Fluorescence(water, channel.lambdaNm);
+    return ParticleBb(water, channel.lambdaNm) + views_[ch].WaterBb();
 }
 
 void Corvane::Measure(const Moment& moment) {
@@ -78,20 +68,20 @@ void Corvane::Measure(const Moment& moment) {
     sample_.pressure = Rounded((water.depthM + cal_.depthOff) / cal_.depthCal + Noise().Normal());
     sample_.tenthsOfVolt = BatteryTenths(moment.sinceOn);
 
-    std::array<double, kCorvaneSlots> uncorrected{};
     std::array<double, kCorvaneSlots> sigma{};
     for (std::size_t ch = 0; ch < cal_.channels.size(); ++ch) {
         const CorvaneChannel& channel = cal_.channels[ch];
-        const double bb = TrueBb(channel, water);
+        const double bb = TrueBb(ch, water);
+        double uncorrected = 0;
         if (channel.lit >= 0) {
             const double losses = sigma[static_cast<std::size_t>(channel.lit)] *
                                   sigma[static_cast<std::size_t>(channel.received)];
-            uncorrected[ch] = bb / channel.beta2bb / std::sqrt(losses);
+            uncorrected = bb / channel.beta2bb / std::sqrt(losses);
         } else {
-            uncorrected[ch] = Uncorrected(channel, BetaForShownBb(bb, channel.lambdaNm));
-            sigma[ch] = Sigma(channel, uncorrected[ch]);
+            uncorrected = views_[ch].Uncorrected(views_[ch].BetaFor(bb));
+            sigma[ch] = views_[ch].SigmaOf(uncorrected);
         }
-        MeasureSlot(ch, uncorrected[ch], tempSent, water);
+        MeasureSlot(ch, uncorrected, tempSent, water);
     }
 }
 

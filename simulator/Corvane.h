@@ -60,6 +60,7 @@ class Corvane final : public Instrument {
         int tenthsOfVolt = 0;
     };
 
+    [[nodiscard]] double TrueBb(std::size_t ch, const WaterState& water) const;
     void Measure(const Moment& moment);
     /// The reading of one channel at `tempC` as the host will know it.
     void MeasureSlot(std::size_t ch, double betaUncorrected, double tempC, const WaterState& water);
@@ -68,6 +69,7 @@ class Corvane final : public Instrument {
     void AppendDecimal(std::string& out, const Moment& moment);
 
     const CorvaneCalibration& cal_;
+    std::vector<HostView> views_;  ///< by channel
     std::array<AutoGain, kCorvaneSlots> gains_;
     Sample sample_;
 };

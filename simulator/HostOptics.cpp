@@ -44,44 +44,50 @@ double ClearAbsorption(double lambdaNm) {
            0.01 * std::exp(-0.011 * (lambdaNm - 400));
 }
 
+double SigmaBy(const SigmaLaw& law, double constant, double K) {
+    if (law.exponent > 0.0001) return constant * std::exp(law.exponent * K);
+    return constant + law.linear * K + law.square * K * K;
+}
+
+/// The signal that is left where sigma brings it back to 1.
+double LeftAt(const SigmaLaw& law, double K) {
+    if (law.exponent > 0.0001) return std::exp(-law.exponent * K);
+    return 1 - law.linear * K - law.square * K * K;
+}
+
 }  // namespace
 
-double ShownWaterBb(double lambdaNm) {
-    return kHalfBb * WaterShare(lambdaNm);
+HostView::HostView(double lambdaNm, const SigmaLaw& law)
+    : law_(law),
+      waterBb_(kHalfBb * WaterShare(lambdaNm)),
+      waterBeta_(kHalfBeta * WaterShare(lambdaNm)),
+      freshBb_(kFreshBb * WaterShare(lambdaNm)),
+      absorption_(ClearAbsorption(lambdaNm)),
+      s0_(std::round(1000 * LeftAt(law, 0.8 * freshBb_)) / 1000) {}
+
+double HostView::ShownBb(double beta) const {
+    return (beta - waterBeta_) * kTwoPiChi + waterBb_;
 }
-double ShownWaterBeta(double lambdaNm) {
-    return kHalfBeta * WaterShare(lambdaNm);
+double HostView::BetaFor(double shownBb) const {
+    return (shownBb - waterBb_) / kTwoPiChi + waterBeta_;
+}
+double HostView::SigmaAt(double K) const {
+    return SigmaBy(law_, s0_, K);
 }
 
-double ShownBb(double beta, double lambdaNm) {
-    return (beta - ShownWaterBeta(lambdaNm)) * kTwoPiChi + ShownWaterBb(lambdaNm);
+double HostView::SigmaOf(double uncorrectedBeta) const {
+    return SigmaAt((ShownBb(uncorrectedBeta) - freshBb_) * 0.4 / kBbRatio + absorption_);
 }
 
-double BetaForShownBb(double bb, double lambdaNm) {
-    return (bb - ShownWaterBb(lambdaNm)) / kTwoPiChi + ShownWaterBeta(lambdaNm);
+double HostView::Uncorrected(double beta) const {
+    // Sigma depends so weakly on the reading that each round gains more than a decimal.
+    double uncorrected = beta;
+    for (int round = 0; round < 6; ++round) uncorrected = beta / SigmaOf(uncorrected);
+    return uncorrected;
 }
 
-double SigmaLaw::Constant(double clearK) const {
-    const double inverse =
-        exponent > 0.0001 ? std::exp(-exponent * clearK) : 1 - linear * clearK - square * clearK * clearK;
-    return std::round(inverse * 1000) / 1000;
-}
-
-double SigmaLaw::At(double constant, double K) const {
-    if (exponent > 0.0001) return constant * std::exp(exponent * K);
-    return constant + linear * K + square * K * K;
-}
-
-double ClearK(double lambdaNm) {
-    return 0.8 * kFreshBb * WaterShare(lambdaNm);
-}
-
-double EstimatedK(double bbUncorrected, double lambdaNm) {
-    return (bbUncorrected - kFreshBb * WaterShare(lambdaNm)) * 0.4 / kBbRatio + ClearAbsorption(lambdaNm);
-}
-
-double OldClearK(double lambdaNm) {
-    return 1.6 * kFreshBb * WaterShare(lambdaNm) + AbsorptionAt(lambdaNm).water;
+double OldSigma(double lambdaNm, const SigmaLaw& law) {
+    return LeftAt(law, 1.6 * kFreshBb * WaterShare(lambdaNm) + AbsorptionAt(lambdaNm).water);
 }
 
 }  // namespace marisonde::simulator

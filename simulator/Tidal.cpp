@@ -36,7 +36,10 @@ int TransBackground(const WaterState& water) {
 }  // namespace
 
 Tidal::Tidal(Model model, const Options& options)
-    : Instrument(model, options), cal_(TidalCalibrationOf(model)) {}
+    : Instrument(model, options),
+      cal_(TidalCalibrationOf(model)),
+      view_(cal_.lambdaNm, cal_.sigma),
+      transmissionView_(cal_.kLambdaNm, cal_.sigma) {}
 
 std::string Tidal::CalText() const {
     return TidalCalText(cal_, Info(), Config(), CalibratedAt());
@@ -48,14 +51,14 @@ Truth Tidal::TruthAt(Millis now) const {
 
 Truth Tidal::TruthIn(const WaterState& water) const {
     Truth truth{water.depthM, water.tempC, {}, {}, 0};
-    truth.bb = {ParticleBb(water, cal_.lambdaNm) + ShownWaterBb(cal_.lambdaNm)};
+    truth.bb = {ParticleBb(water, cal_.lambdaNm) + view_.WaterBb()};
     if (Info().model != Model::LTidal) {
         truth.c = {ParticleC(water, cal_.kLambdaNm)};
         return truth;
     }
     // Its wide detector takes in what is scattered forward; the rest is known from beta and added to a.
     truth.a = ParticleA(water, cal_.kLambdaNm);
-    const double x = BetaForShownBb(truth.bb[0], cal_.lambdaNm) - ShownWaterBeta(cal_.kLambdaNm);
+    const double x = view_.BetaFor(truth.bb[0]) - transmissionView_.WaterBeta();
     truth.c = {truth.a + x * (cal_.chi[1] + x * (cal_.chi[2] + x * cal_.chi[3]))};
     return truth;
 }
@@ -63,8 +66,7 @@ Truth Tidal::TruthIn(const WaterState& water) const {
 double Tidal::UncorrectedBeta(const Truth& truth) const {
     // Beam attenuation overstates what the wide backscatter path loses: 0.6 of it counts there.
     const double K = Info().model == Model::NTidal ? 0.6 * truth.c[0] : truth.c[0];
-    const double sigma = cal_.sigma.At(cal_.sigma.Constant(ClearK(cal_.lambdaNm)), K);
-    return BetaForShownBb(truth.bb[0], cal_.lambdaNm) / sigma;
+    return view_.BetaFor(truth.bb[0]) / view_.SigmaAt(K);
 }
 
 double Tidal::DepthEffect(int pressure) const {

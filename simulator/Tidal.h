@@ -60,6 +60,8 @@ class Tidal final : public Instrument {
     void AppendDecimalSample(std::string& out, const Moment& moment);
 
     const TidalCalibration& cal_;
+    HostView view_;
+    HostView transmissionView_;  ///< at the wavelength of the transmission
     AutoGain gain_;
     Sample sample_;
 };
