@@ -8,9 +8,6 @@
 
 namespace marisonde {
 
-/// Version text of this program, as it stands in file headers and settings.
-inline constexpr std::string_view kVersion = "2.85";
-
 inline constexpr int kMinGraphPoints = 1000;
 inline constexpr int kMaxGraphPoints = 100000;
 

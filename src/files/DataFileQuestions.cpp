@@ -10,7 +10,7 @@ std::string Quoted(const std::filesystem::path& path) {
 
 }  // namespace
 
-DataFileQuestion UnsavedDataQuestion(std::string_view model, std::string_view source) {
+Question UnsavedDataQuestion(std::string_view model, std::string_view source) {
     std::string message = "The graph contains unsaved data from ";
     message.append(model).append(" ").append(source);
     message += ".  Save the data before proceeding?";
@@ -21,7 +21,7 @@ bool AsksBeforeClosingFiles(InstStateCode state) {
     return state == InstStateCode::Starting || state == InstStateCode::Sampling;
 }
 
-DataFileQuestion ReceivingDataQuestion(std::string_view model) {
+Question ReceivingDataQuestion(std::string_view model) {
     std::string message = "You are receiving data from the ";
     message.append(model);
     message += ". Is it OK to close the files now?";

@@ -50,7 +50,7 @@ void AppendCommonHeader(std::string& out, const HeaderStamp& stamp, const Header
         AppendOneLine(out, stamp.userHeader);
     }
     AppendKey(out, "[Header]", "");
-    AppendKey(out, "MarisondeVersion=", kMarisondeVersion);
+    AppendKey(out, "MarisondeVersion=", kVersion);
     AppendKey(out, "CreationDate=", CreationDateText(stamp.date));
     AppendKey(out, "FileType=", fields.fileType);
     AppendKey(out, "DeviceType=", InstTypeName(fields.type));

@@ -4,11 +4,10 @@
 #include <string_view>
 
 #include "common/InstTypes.h"
+#include "common/Version.h"
 
 namespace marisonde {
 
-/// The version that data files name as their writer.
-inline constexpr std::string_view kMarisondeVersion = "2.85";
 inline constexpr std::string_view kLineEnd = "\r\n";
 
 /// What the program adds to every data file.

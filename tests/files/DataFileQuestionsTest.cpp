@@ -6,7 +6,7 @@ namespace marisonde {
 namespace {
 
 TEST(DataFileQuestionsTest, UnsavedData) {
-    const DataFileQuestion question = UnsavedDataQuestion("Corvane-6", "COM3");
+    const Question question = UnsavedDataQuestion("Corvane-6", "COM3");
     EXPECT_EQ(question.message,
               "The graph contains unsaved data from Corvane-6 COM3.  Save the data before proceeding?");
     EXPECT_EQ(question.first, "Yes");
@@ -15,7 +15,7 @@ TEST(DataFileQuestionsTest, UnsavedData) {
 }
 
 TEST(DataFileQuestionsTest, ReceivingData) {
-    const DataFileQuestion question = ReceivingDataQuestion("Delph-4");
+    const Question question = ReceivingDataQuestion("Delph-4");
     EXPECT_EQ(question.message, "You are receiving data from the Delph-4. Is it OK to close the files now?");
     EXPECT_EQ(question.first, "Yes");
     EXPECT_EQ(question.second, "Cancel");

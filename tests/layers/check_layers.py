@@ -21,6 +21,7 @@ HOST_ORDER = {
 }
 FORMS = {
     "graphs/forms": ["common", "graphs"],
+    "app/program": ["common", "app", "app/forms"],
     "app/forms": list(CORE_ORDER) + ["platform", "link", "simulator", "app", "graphs/forms"],
 }
 ALLOWED = {**CORE_ORDER, **HOST_ORDER, **FORMS}

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "platform/Instance.h"
-#include "platform/TestFolder.h"
+#include "support/TestFolder.h"
 
 namespace marisonde {
 namespace {

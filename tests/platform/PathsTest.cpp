@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/Paths.h"
-#include "platform/TestFolder.h"
+#include "support/TestFolder.h"
 
 namespace marisonde {
 namespace {

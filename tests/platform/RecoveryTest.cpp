@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/Recovery.h"
-#include "platform/TestFolder.h"
+#include "support/TestFolder.h"
 
 namespace marisonde {
 namespace {

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <filesystem>
+
+#include "app/CommandLine.h"
+#include "app/Preferences.h"
+#include "common/Clock.h"
+#include "common/Settings.h"
+#include "link/DataWindowState.h"
+#include "optics/PureWaterParams.h"
+#include "optics/SigmaParams.h"
+
+namespace marisonde {
+
+class DataWindow;
+
+/// What all windows of the program share.
+struct AppContext {
+    AppContext(Settings& settingsStore, const Clock& time) : settings(settingsStore), clock(time) {}
+
+    Settings& settings;
+    const Clock& clock;
+    Preferences prefs;
+    SigmaParams sigma;
+    PureWaterParams pureWater;
+    LineScratch scratch;
+    std::filesystem::path temporaryFolder;
+    std::array<DataWindow*, kMaxWindows> windows{};
+
+    [[nodiscard]] bool WindowInUse(int index) const { return windows.at(static_cast<std::size_t>(index)) != nullptr; }
+    /// The lowest free slot, or kMaxWindows when all are taken.
+    [[nodiscard]] int FirstFreeWindow() const {
+        int index = 0;
+        while (index < kMaxWindows && WindowInUse(index)) ++index;
+        return index;
+    }
+};
+
+}  // namespace marisonde

@@ -1,0 +1,250 @@
+#include "app/DataWindow.h"
+
+#include <algorithm>
+#include <array>
+
+#include "common/ConversionUtils.h"
+#include "common/Numbers.h"
+#include "decode/Decoders.h"
+#include "files/DatFile.h"
+#include "files/DataFileQuestions.h"
+#include "files/RawFile.h"
+#include "link/InputLoop.h"
+
+namespace marisonde {
+
+namespace {
+
+constexpr Millis kSilence = std::chrono::seconds(11);  ///< an instrument that says nothing for so long has no data
+
+struct StateWordRow {
+    InstStateCode state;
+    std::string_view word;
+};
+constexpr std::array kStateWords{
+    StateWordRow{InstStateCode::Unknown, "unknown"},
+    StateWordRow{InstStateCode::NoConnection, "No Connection"},
+    StateWordRow{InstStateCode::Starting, "Starting:"},
+    StateWordRow{InstStateCode::Sampling, "Sampling"},
+    StateWordRow{InstStateCode::Stopped, "Stopped"},
+    StateWordRow{InstStateCode::Sleeping, "Sleeping"},
+    StateWordRow{InstStateCode::Waking, "Waking"},
+    StateWordRow{InstStateCode::Downloading, "Downloading"},
+    StateWordRow{InstStateCode::Pending, "Pending"},
+    StateWordRow{InstStateCode::StopSent, "Pending"},
+    StateWordRow{InstStateCode::StartSent, "Pending"},
+    StateWordRow{InstStateCode::NoData, "No Data"},
+    StateWordRow{InstStateCode::OpeningShutter, "Open Shutter"},
+    StateWordRow{InstStateCode::ClosingShutter, "Close Shutter"},
+};
+
+bool IsSilentByNature(InstStateCode state) {
+    return state == InstStateCode::NoConnection || state == InstStateCode::Sleeping;
+}
+
+}  // namespace
+
+std::string StateWord(InstStateCode state, int startsInSeconds) {
+    const auto* const row = std::find_if(kStateWords.begin(), kStateWords.end(),
+                                         [&](const StateWordRow& r) { return r.state == state; });
+    std::string word(row == kStateWords.end() ? "unknown" : row->word);
+    if (state == InstStateCode::Starting) word += " " + std::to_string(startsInSeconds) + " s";
+    return word;
+}
+
+DataWindow::DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<SerialLine> line,
+                       DataFiles::MakeFile makeFile)
+    : Link(app.FirstFreeWindow(), app.clock, std::move(line)),
+      Files(Link.Index(), std::move(makeFile)),
+      Plot(Chart),
+      app_(app),
+      dialogs_(dialogs) {
+    app_.windows.at(static_cast<std::size_t>(Index())) = this;
+    Plot.MaxGraphPoints = app_.prefs.MaxGraphPoints;
+    Link.OnChunk = [this](std::string_view chunk) {
+        if (const auto trouble = Files.WriteRaw(chunk, app_.clock.Steady())) Report(*trouble);
+    };
+    Link.OnInstrumentMessage = [this](std::string text) { dialogs_.ShowInstrumentMessage(std::move(text)); };
+}
+
+DataWindow::~DataWindow() {
+    app_.windows.at(static_cast<std::size_t>(Index())) = nullptr;
+}
+
+void DataWindow::Tick() {
+    if (Link.Line().IsOpen()) {
+        ProcessInput(Link, app_.scratch);
+        ReadTerminalQueue();
+        Link.SendPending();
+    }
+    WatchForSilence();
+    if (Link.State.TransferActive)
+        TransferTick();
+    else
+        LiveTick();
+    for (const DataFileTrouble& trouble : Files.FlushIfDue(app_.clock.Steady())) Report(trouble);
+}
+
+void DataWindow::ReadTerminalQueue() {
+    RawSample housekeeping;
+    while (Link.TermQueue.GetNext(line_))
+        if (DecodeVoltageOnly(line_, housekeeping)) Link.State.SupplyVoltage = housekeeping.Voltage;
+}
+
+/// A download goes to the files alone: nothing is plotted.
+void DataWindow::TransferTick() {
+    if (!Files.IsOpen(DataFileKind::Dat)) {
+        Link.DataLineQueue.Clear();
+        return;
+    }
+    for (int waiting = Link.DataLineQueue.size(); waiting > 0; --waiting)
+        if (TakeNextSample()) StoreSample();
+}
+
+void DataWindow::LiveTick() {
+    if (!Link.State.CalReady || Link.DataLineQueue.size() == 0) return;
+    for (int lines = Plot.BeginTick(Link.DataLineQueue.size()); lines > 0; --lines) {
+        if (!TakeNextSample()) {
+            Plot.AbandonTick();
+            return;
+        }
+        if (Link.State.CurrentSample.Time == 0) Link.State.CurrentSample.Time = app_.clock.Now();
+        StoreSample();
+        Plot.AddSample(Link.State.CurrentRaw, Link.State.CurrentSample);
+    }
+    Plot.EndTick();
+}
+
+bool DataWindow::TakeNextSample() {
+    Link.DataLineQueue.GetNext(line_);
+    DataWindowState& state = Link.State;
+    if (!ParseRawLine(line_, state.InstType, state.CurrentRaw)) return false;
+    if (!converter_ || !converter_->Apply(state.CurrentRaw, state.CurrentSample)) return false;
+    state.HasSample = true;
+    ++state.Counted.samples;
+    return true;
+}
+
+void DataWindow::StoreSample() {
+    const auto trouble = Files.WriteSample(Link.State.CurrentSample, Link.CalData.InstType,
+                                           app_.pureWater.WriteBetaColumns, app_.clock.Steady());
+    if (trouble) Report(*trouble);
+}
+
+void DataWindow::WatchForSilence() {
+    DataWindowState& state = Link.State;
+    const bool silent = app_.clock.Steady() > state.LastInputTime + kSilence;
+    if (silent && !IsSilentByNature(state.InstState)) state.InstState = InstStateCode::NoData;
+    state.PrevInstState = state.InstState;
+    const LineError error = Link.Line().LastError();
+    if (!error) lineLost_ = false;
+    if (!error || lineLost_) return;
+    lineLost_ = true;
+    dialogs_.ShowError("Port " + std::to_string(state.PortNumber) + " has stopped working: " + error.text +
+                       ".  The data received so far are kept.  Check the cable.");
+}
+
+void DataWindow::Report(const DataFileTrouble& trouble) {
+    dialogs_.ShowError(SaveFileErrorText(trouble.name, trouble.temporary, trouble.error));
+}
+
+bool DataWindow::LoadCalIntoWindow(const std::string& path) {
+    CalibrationDataClass loaded;
+    const CalFileResult result = loaded.LoadSourceFile(path, app_.sigma, app_.pureWater);
+    if (!result.ok) {
+        dialogs_.ShowError(result.error.empty() ? "Could not find '" + path + "'" : result.error);
+        return false;
+    }
+    for (const std::string& message : result.messages) dialogs_.ShowError(message);
+    Link.CalData = std::move(loaded);
+    Link.State.InstType = Link.CalData.InstType;
+    Link.State.CalReady = true;
+    app_.prefs.CalFile = path;
+    Plot.SetupChartForInstrument(Link.CalData.InstType);
+    CalibrationChanged();
+    return true;
+}
+
+void DataWindow::CalibrationChanged() {
+    converter_.emplace(Link.CalData, app_.sigma, app_.pureWater);
+}
+
+std::string DataWindow::OpenWithoutQuery(int port, int baud, InstTypeCode model) {
+    if (const LineError error = Link.OpenPort(port, baud))
+        return "Port " + std::to_string(port) + " can not be opened. " + error.text + ".";
+    DataWindowState& state = Link.State;
+    state.PortNumber = static_cast<std::int16_t>(port);
+    state.BaudRate = baud;
+    state.InstType = model;
+    state.InstModelName = InstTypeName(model);
+    state.InstSerial.clear();
+    state.Connected = true;
+    state.LastInputTime = app_.clock.Steady();
+    const bool fits = state.CalReady && Link.CalData.InstType == model;
+    if (!fits) dialogs_.ShowError(NoFittingCalibration(model));
+    state.CalReady = fits;
+    if (!fits) Plot.SetupChartForInstrument(model);
+    return "";
+}
+
+/// Why the samples of a connected model cannot be calibrated.
+std::string DataWindow::NoFittingCalibration(InstTypeCode model) const {
+    const std::string remedy =
+        "Load an appropriate calibration file, or select the 'Load Calibration from Instrument' option.";
+    if (!Link.State.CalReady) return "No calibration file is loaded.  " + remedy;
+    return "The current calibration file type (" + std::string(InstTypeName(Link.CalData.InstType)) +
+           ") does not match the detected instrument (" + std::string(InstTypeName(model)) + ").  " + remedy;
+}
+
+void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath) {
+    const HeaderStamp stamp{app_.prefs.UserHeader, app_.clock.Now()};
+    DataFilesRequest request;
+    request.temporaryFolder = app_.temporaryFolder;
+    request.basePath = basePath;
+    if (!kind.empty()) WriteRawHeader(request.rawHeader, stamp, kind, Link.State.InstType, &Link.CalData);
+    if (wantDat) WriteDatHeader(request.datHeader, stamp, "", Link.CalData, app_.sigma, app_.pureWater);
+    for (const std::string& error : Files.OpenDataFiles(request)) dialogs_.ShowError(error);
+}
+
+std::string DataWindow::StatusText() const {
+    return StateWord(Link.State.InstState, Link.State.StartsInSeconds);
+}
+
+std::string DataWindow::Title() const {
+    std::string what = "No connection";
+    if (Files.AnyOpen()) {
+        const auto& named = Files.State().rawFinal.empty() ? Files.State().datFinal : Files.State().rawFinal;
+        what = named.empty() ? "untitled" : named.filename().string();
+    } else if (Link.Line().IsOpen()) {
+        what = Link.State.InstSerial.empty() ? "Port " + std::to_string(Link.State.PortNumber)
+                                             : Link.State.InstSerial;
+    }
+    return what + " - Marisonde";
+}
+
+std::string DataWindow::WhereDataAre() const {
+    std::string where;
+    const DataFileState& files = Files.State();
+    const std::array pairs{std::pair{&files.rawFinal, &files.rawTemporary},
+                           std::pair{&files.datFinal, &files.datTemporary}};
+    for (const auto& [named, temporary] : pairs) {
+        const std::string path = (named->empty() ? *temporary : *named).string();
+        if (path.empty()) continue;
+        if (!where.empty()) where += "\n";
+        where += path;
+    }
+    return where;
+}
+
+std::string DataWindow::DefaultFileName() const {
+    const CivilDate now = CivilFromDate(app_.clock.Now());
+    const auto two = [](int n) { return std::string(n < 10 ? "0" : "") + std::to_string(n); };
+    std::string name = Link.CalData.Serial.empty() ? std::string(InstTypeName(Link.State.InstType))
+                                                   : Link.CalData.Serial;
+    for (char& c : name)
+        if (c == '/' || c == '\\' || c == ':') c = '_';
+    name += " " + std::to_string(now.year) + "-" + two(now.month) + "-" + two(now.day);
+    return name + " " + two(now.hour) + two(now.minute) + two(now.second);
+}
+
+}  // namespace marisonde

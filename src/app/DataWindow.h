@@ -1,0 +1,78 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "app/AppContext.h"
+#include "app/Dialogs.h"
+#include "calibration/Converter.h"
+#include "files/DataFiles.h"
+#include "graphs/Chart2D.h"
+#include "graphs/LivePlot.h"
+#include "link/InstrumentLink.h"
+
+namespace marisonde {
+
+/// One data window without its form: an instrument, its files, its chart, and the tick that joins them.
+class DataWindow {
+  public:
+    /// Takes the lowest free slot. `app` and `dialogs` outlive the window.
+    DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<SerialLine> line,
+               DataFiles::MakeFile makeFile = [] { return std::make_unique<DiskFile>(); });
+    ~DataWindow();
+    DataWindow(const DataWindow&) = delete;
+    DataWindow& operator=(const DataWindow&) = delete;
+
+    InstrumentLink Link;
+    DataFiles Files;
+    Chart2D Chart;
+    LivePlot Plot;
+
+    [[nodiscard]] int Index() const { return Link.Index(); }
+    [[nodiscard]] AppContext& App() { return app_; }
+    [[nodiscard]] Dialogs& Ask() { return dialogs_; }
+
+    /// The heart of the program, every 50 ms: input, output, then the queued samples into file, readouts and graph.
+    void Tick();
+
+    /// Loads a calibration and sets the graph up for it. False: the dialogs have shown why, nothing changed.
+    bool LoadCalIntoWindow(const std::string& path);
+    /// To be called when the calibration or the application's optical parameters have changed.
+    void CalibrationChanged();
+    /// Opens a port on which an instrument of this model is assumed to be. An error text for the user, or empty.
+    /// A calibration of another model is not used; the dialogs say so.
+    std::string OpenWithoutQuery(int port, int baud, InstTypeCode model);
+    /// Starts the temporary raw log, and the calibrated file beside it when a calibration is there.
+    void OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath = "");
+
+    /// The word for the instrument's state, such as "Sampling" or "Starting: 5 s".
+    [[nodiscard]] std::string StatusText() const;
+    [[nodiscard]] std::string Title() const;
+    /// Where the data are: the file names, or the temporary files while unnamed; empty without files.
+    [[nodiscard]] std::string WhereDataAre() const;
+    /// A name for new files of this window: serial or model, then date and time.
+    [[nodiscard]] std::string DefaultFileName() const;
+
+  private:
+    [[nodiscard]] std::string NoFittingCalibration(InstTypeCode model) const;
+    void ReadTerminalQueue();
+    void TransferTick();
+    void LiveTick();
+    bool TakeNextSample();
+    void StoreSample();
+    void WatchForSilence();
+    void Report(const DataFileTrouble& trouble);
+
+    AppContext& app_;
+    Dialogs& dialogs_;
+    std::optional<Converter> converter_;
+    std::string line_;        ///< the queued line at hand
+    bool lineLost_ = false;   ///< the vanished device has been reported
+};
+
+/// The word for a state as the user reads it.
+std::string StateWord(InstStateCode state, int startsInSeconds);
+
+}  // namespace marisonde

@@ -1,0 +1,68 @@
+#include "app/Demonstration.h"
+
+#include <chrono>
+#include <fstream>
+#include <utility>
+
+#include "app/DataWindow.h"
+#include "common/ConversionUtils.h"
+#include "link/SimulatedLine.h"
+#include "simulator/Instrument.h"
+
+namespace marisonde {
+
+namespace {
+
+/// Instruments count seconds of the clock on the wall, without a time zone.
+std::chrono::sys_seconds WallTime(double date) {
+    return std::chrono::sys_seconds{std::chrono::seconds(static_cast<long>((date - kDay1970) * 86400))};
+}
+
+}  // namespace
+
+DemoInstrument MakeDemoInstrument(InstTypeCode model, int index, const Clock& clock) {
+    simulator::Options options;
+    options.seed = static_cast<std::uint64_t>(index) + 1;
+    options.startDate = WallTime(clock.Now());
+    auto instrument = simulator::MakeInstrument(static_cast<simulator::Model>(model), options);
+    DemoInstrument demo;
+    demo.calText = instrument->CalText();
+    demo.baud = options.baud;
+    demo.line = std::make_unique<SimulatedLine>(std::move(instrument), clock);
+    return demo;
+}
+
+std::string StartDemo(DataWindow& window, const DemoInstrument& instrument, InstTypeCode model,
+                      const std::filesystem::path& folder) {
+    const std::filesystem::path calPath =
+        window.App().temporaryFolder / ("demo" + std::to_string(window.Index()) + ".cal");
+    std::ofstream(calPath, std::ios::binary) << instrument.calText;
+    if (!window.LoadCalIntoWindow(calPath.string())) return "The calibration could not be written to " + calPath.string();
+    std::string error = window.OpenWithoutQuery(window.Index() + 1, instrument.baud, model);
+    if (!error.empty()) return error;
+    window.OpenDataFiles("raw", true, (folder / window.DefaultFileName()).string());
+    return "";
+}
+
+DemoFiles FinishDemo(DataWindow& window) {
+    DemoFiles done;
+    const DataFileState files = window.Files.State();
+    const std::array wanted{std::pair{DataFileKind::Raw, &done.raw}, std::pair{DataFileKind::Dat, &done.dat}};
+    for (const auto& [kind, path] : wanted) {
+        const auto& place = kind == DataFileKind::Raw ? files.rawFinal : files.datFinal;
+        if (place.empty() || window.Files.SaveCopy(kind, place)) continue;
+        *path = place;
+    }
+    window.Files.CloseDataFiles(false);
+    window.Link.ClosePort();
+    return done;
+}
+
+std::filesystem::path DemoFolder() {
+    std::error_code ignored;
+    std::filesystem::path folder = std::filesystem::temp_directory_path(ignored) / "marisonde-demonstration";
+    std::filesystem::create_directories(folder, ignored);
+    return folder;
+}
+
+}  // namespace marisonde

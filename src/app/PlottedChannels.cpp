@@ -1,0 +1,48 @@
+#include "app/PlottedChannels.h"
+
+#include <algorithm>
+
+#include "common/ConversionUtils.h"
+#include "graphs/PlotReadouts.h"
+
+namespace marisonde {
+
+namespace {
+
+constexpr const char* kPerMeter = "1/m";
+
+/// Where the curve of a readout lies: the attenuation side of a Tidal is drawn against the second axis.
+PlottedChannel PlaceOf(InstTypeCode model, int box) {
+    PlottedChannel channel;
+    channel.box = box;
+    const bool beam = IsTidalFamily(model) && box > 0;
+    channel.group = beam ? 2 : 1;
+    channel.series = IsDelphFamily(model) || beam ? box + (beam ? 1 : 0) : box + 1;
+    return channel;
+}
+
+std::string NameOf(const CalibrationDataClass& cal, int index) {
+    const std::string& name = cal.Channel(index).name;
+    return name.empty() ? "Channel " + std::to_string(index + 1) : name;
+}
+
+}  // namespace
+
+std::vector<PlottedChannel> PlottedChannels(InstTypeCode model, const CalibrationDataClass& cal) {
+    std::vector<PlottedChannel> channels;
+    std::vector<double> wavelengths;
+    const int first = FirstDataBox(model);
+    for (int i = 0; i < DataBoxCount(model); ++i) {
+        PlottedChannel channel = PlaceOf(model, first + i);
+        channel.name = NameOf(cal, i);
+        const bool fluorescence = IsCorvaneFamily(model) && i >= ChannelsShown(model);
+        channel.unit = fluorescence ? "" : kPerMeter;
+        wavelengths.push_back(WavelengthOfChannel(FirstNumber(channel.name), cal.Channel(i).lambda));
+        channels.push_back(std::move(channel));
+    }
+    for (std::size_t i = 0; i < channels.size(); ++i)
+        channels[i].color = ColorForChannel(wavelengths, static_cast<int>(i));
+    return channels;
+}
+
+}  // namespace marisonde

@@ -1,0 +1,105 @@
+#include "app/Shutdown.h"
+
+#include <string>
+
+#include "app/DataWindow.h"
+#include "files/DataFileQuestions.h"
+#include "platform/Operations.h"
+
+namespace marisonde {
+
+namespace {
+
+Question SleepQuestion(const DataWindow& window) {
+    return {"Put the " + std::string(InstTypeName(window.Link.State.InstType)) + " to sleep before disconnecting?",
+            "Yes", "No", "Cancel"};
+}
+
+Question NotConfirmedQuestion() {
+    return {"The instrument did not confirm the sleep command.  Disconnect anyway?", "Yes", "No", "Cancel"};
+}
+
+/// What the user is told the unsaved data came from: the file while it has a name, else the instrument's serial.
+std::string SourceOf(const DataWindow& window) {
+    const auto& named = window.Files.State().rawFinal;
+    return named.empty() ? window.Link.State.InstSerial : named.string();
+}
+
+bool HasFile(const DataFileState& files, DataFileKind kind) {
+    return !(kind == DataFileKind::Raw ? files.rawTemporary : files.datTemporary).empty();
+}
+
+QCoro::Task<bool> PutToSleep(Operation& operation, DataWindow& window) {
+    const DataWindowState& state = window.Link.State;
+    window.Link.QueueOutput("SLEEP\r");
+    co_await operation.Until([&state] { return state.InstState == InstStateCode::Sleeping; },
+                             std::chrono::seconds(kSleepConfirmSeconds));
+    co_return state.InstState == InstStateCode::Sleeping;
+}
+
+}  // namespace
+
+QCoro::Task<bool> SaveDataFiles(Operation& operation, DataWindow& window) {
+    const std::string proposed = window.App().prefs.SavePath + window.DefaultFileName();
+    const std::string base = co_await window.Ask().AskSaveBase(operation, proposed);
+    if (base.empty()) co_return false;
+    for (const DataFileKind kind : {DataFileKind::Raw, DataFileKind::Dat}) {
+        if (!HasFile(window.Files.State(), kind)) continue;
+        if (const auto trouble = window.Files.SaveCopy(kind, FinalDataPath(base, kind))) {
+            window.Ask().ShowError(SaveFileErrorText(trouble->name, trouble->temporary, trouble->error));
+            co_return false;
+        }
+    }
+    window.App().prefs.SavePath = std::filesystem::path(base).parent_path().string() + "/";
+    co_return true;
+}
+
+QCoro::Task<bool> CloseDataFiles(Operation& operation, DataWindow& window, bool ask) {
+    const DataWindowState& state = window.Link.State;
+    const std::string model(InstTypeName(state.InstType));
+    if (ask && window.Files.HasUnsavedData()) {
+        const Question unsaved = UnsavedDataQuestion(model, SourceOf(window));
+        const Choice choice = co_await window.Ask().ShowChoiceDialog(operation, unsaved);
+        if (choice == Choice::Third) co_return false;
+        if (choice == Choice::First) {
+            const bool saved = co_await SaveDataFiles(operation, window);
+            if (!saved) co_return false;
+        }
+    }
+    if (ask && window.Files.AnyOpen() && AsksBeforeClosingFiles(state.InstState)) {
+        const Question receiving = ReceivingDataQuestion(model);
+        const Choice choice = co_await window.Ask().ShowChoiceDialog(operation, receiving);
+        if (choice != Choice::First) co_return false;
+    }
+    for (const std::string& error : window.Files.CloseDataFiles(false)) window.Ask().ShowError(error);
+    co_return true;
+}
+
+QCoro::Task<bool> DisconnectCommand(Operation& operation, DataWindow& window) {
+    const DataWindowState& state = window.Link.State;
+    const bool awake = state.Connected && state.InstState != InstStateCode::Sleeping;
+    if (awake) {
+        const Question sleep = SleepQuestion(window);
+        const Choice choice = co_await window.Ask().ShowChoiceDialog(operation, sleep);
+        if (choice == Choice::Third) co_return false;
+        if (choice == Choice::First) {
+            const bool asleep = co_await PutToSleep(operation, window);
+            if (!asleep) {
+                const Question anyway = NotConfirmedQuestion();
+                const Choice answer = co_await window.Ask().ShowChoiceDialog(operation, anyway);
+                if (answer != Choice::First) co_return false;
+            }
+        }
+    }
+    window.Link.ClosePort();
+    co_return true;
+}
+
+QCoro::Task<bool> PrepToCloseForm(Operation& operation, DataWindow& window) {
+    const bool closed = co_await CloseDataFiles(operation, window, true);
+    if (!closed) co_return false;
+    const bool disconnected = co_await DisconnectCommand(operation, window);
+    co_return disconnected;
+}
+
+}  // namespace marisonde

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+#include <memory>
+
+#include "app/DataWindow.h"
+#include "app/forms/FormDialogs.h"
+#include "platform/Operations.h"
+
+class QLabel;
+class QTimer;
+
+namespace marisonde {
+
+class ChannelPanel;
+class ChartView;
+class Shell;
+
+/// One data window: the graph as the largest thing, the channels beside it, the instrument's state below.
+class MainForm final : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    static constexpr int kTickMillis = 50;
+
+    MainForm(Shell& shell, std::unique_ptr<SerialLine> line);
+    ~MainForm() override;
+
+    [[nodiscard]] DataWindow& Window() { return window_; }
+    [[nodiscard]] FormDialogs& Ask() { return dialogs_; }
+    [[nodiscard]] Operations& Running() { return operations_; }
+    /// Shows what a new calibration or model means: channels, colours, legend, title.
+    void InstrumentChanged();
+    /// Closing asks nothing but runs `last` instead, as in the demonstration.
+    void CloseWith(std::function<void()> last) { insteadOfAsking_ = std::move(last); }
+    /// Closes without the gate: whoever calls has been through it, or there is nothing to ask.
+    void CloseWithoutAsking();
+    /// The window as it stands, for a picture file.
+    [[nodiscard]] QPixmap Picture();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void MakeMenus();
+    void MakeStatusBar();
+    void Tick();
+    void ShowReadouts();
+    void ShowStatus();
+    void SetChannelView(bool open);
+    void AskToClose();
+    void SavePlace() const;
+    void RestorePlace();
+
+    Shell& shell_;
+    FormDialogs dialogs_;
+    DataWindow window_;
+    ChartView* chart_;
+    ChannelPanel* channels_;
+    QTimer* timer_;
+    QAction* channelView_ = nullptr;
+    struct StatusPanels {
+        QLabel* state = nullptr;
+        QLabel* elapsed = nullptr;
+        QLabel* depth = nullptr;
+        QLabel* temperature = nullptr;
+        QLabel* voltage = nullptr;
+        QLabel* files = nullptr;
+    } panels_;
+    bool mayClose_ = false;
+    std::function<void()> insteadOfAsking_;
+    Operations operations_;  ///< dies first: what runs uses everything above
+};
+
+}  // namespace marisonde

@@ -1,0 +1,61 @@
+#include "app/forms/Shell.h"
+
+#include <QApplication>
+#include <algorithm>
+
+#include "app/Shutdown.h"
+#include "app/forms/MainForm.h"
+
+namespace marisonde {
+
+Shell::Shell(AppContext& app, Pump& pump)
+    : app_(app), pump_(pump), operations_(pump, [this](const std::string& name, const std::string& reason) {
+          const auto windows = Windows();
+          if (!windows.empty()) windows.front()->Ask().ShowError(name + " failed: " + reason);
+      }) {}
+
+Shell::~Shell() {
+    for (MainForm* form : Windows()) delete form;
+}
+
+MainForm* Shell::NewWindow(std::unique_ptr<SerialLine> line) {
+    if (app_.FirstFreeWindow() == kMaxWindows) return nullptr;
+    auto* form = new MainForm(*this, std::move(line));
+    forms_.emplace_back(form);
+    return form;
+}
+
+std::vector<MainForm*> Shell::Windows() const {
+    std::vector<MainForm*> windows;
+    for (const QPointer<MainForm>& form : forms_)
+        if (form) windows.push_back(form.data());
+    return windows;
+}
+
+void Shell::ExitCommand(MainForm* first) {
+    if (operations_.Running("Exit")) return;
+    const QPointer<MainForm> starter = first;
+    operations_.Start("Exit", [this, starter](Operation& operation) -> QCoro::Task<> {
+        std::vector<QPointer<MainForm>> order{starter};
+        for (MainForm* form : Windows())
+            if (form != starter) order.emplace_back(form);
+        for (const QPointer<MainForm>& form : order) {
+            if (!form) continue;
+            const bool mayClose = co_await PrepToCloseForm(operation, form->Window());
+            if (!mayClose) co_return;
+        }
+        for (const QPointer<MainForm>& form : order)
+            if (form) form->CloseWithoutAsking();
+    });
+}
+
+void Shell::WindowClosed(MainForm* form) {
+    std::erase_if(forms_, [form](const QPointer<MainForm>& known) { return !known || known == form; });
+    if (!forms_.empty()) return;
+    SavePreferences(app_.settings, app_.prefs);
+    SaveSigmaParams(app_.settings, app_.sigma);
+    SavePureWaterParams(app_.settings, app_.pureWater);
+    QApplication::quit();
+}
+
+}  // namespace marisonde

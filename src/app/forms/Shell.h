@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "app/AppContext.h"
+#include "app/CommandLine.h"
+#include "link/SerialLine.h"
+#include "platform/Operations.h"
+#include "platform/Pump.h"
+
+namespace marisonde {
+
+class MainForm;
+
+/// The program with all its windows: what Sub Main sets up, and what ends when the last window has closed.
+class Shell final : public QObject {
+    Q_OBJECT
+
+  public:
+    Shell(AppContext& app, Pump& pump);
+    ~Shell() override;
+
+    [[nodiscard]] AppContext& App() { return app_; }
+    [[nodiscard]] Pump& Waiting() { return pump_; }
+
+    /// A new window in the lowest free slot; nullptr when all are taken.
+    MainForm* NewWindow(std::unique_ptr<SerialLine> line);
+    [[nodiscard]] std::vector<MainForm*> Windows() const;
+    /// Asks every used window, `first` first, whether it may close; the first refusal stops it all.
+    void ExitCommand(MainForm* first);
+    /// `form` has closed and will be deleted. After the last one the settings are saved and the program ends.
+    void WindowClosed(MainForm* form);
+
+  private:
+    AppContext& app_;
+    Pump& pump_;
+    std::vector<QPointer<MainForm>> forms_;
+    Operations operations_;
+};
+
+}  // namespace marisonde

@@ -1,0 +1,146 @@
+#include "app/forms/SubMain.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QTimer>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+#include "app/Demonstration.h"
+#include "app/forms/MainForm.h"
+#include "app/forms/Shell.h"
+#include "link/PortTable.h"
+#include "link/RealSerialLine.h"
+#include "platform/IniSettings.h"
+#include "platform/Instance.h"
+#include "platform/Paths.h"
+#include "platform/SystemClock.h"
+
+namespace marisonde {
+
+namespace {
+
+QString SettingsPath(CommandLine::Mode mode) {
+    const QString usual = SettingsFile();
+    if (mode != CommandLine::Mode::Demo || qEnvironmentVariableIsSet("MARISONDE_SETTINGS")) return usual;
+    return QFileInfo(usual).path() + "/Demonstration.ini";
+}
+
+std::string RecoveryNotice(const RecoveryReport& report) {
+    std::string text;
+    if (!report.recovered.empty()) {
+        text = "Marisonde did not end properly the last time.  The data it had recorded are safe in:";
+        for (const auto& path : report.recovered) text += "\n" + path.string();
+    }
+    for (const auto& left : report.leftBehind) {
+        if (!text.empty()) text += "\n";
+        text += "Data of an earlier run could not be moved to safety (" + left.reason + "): " + left.path.string();
+    }
+    return text;
+}
+
+/// Everything that lives as long as the program, in the order in which it must be made.
+struct Program {
+    explicit Program(CommandLine::Mode mode)
+        : settings(SettingsPath(mode)), instance(UsualPlaces(settings), settings), app(settings, clock), pump(clock),
+          ports(PortTable::ForThisComputer()), shell(app, pump) {
+        app.temporaryFolder = instance.Folder();
+        newUser = LoadPreferences(settings, ProgramFolder().string(), app.prefs);
+        SigmaParamsLoad sigma = LoadSigmaParams(settings, ProgramFolder(), DataFolder());
+        app.sigma = std::move(sigma.params);
+        missingSigmaFiles = sigma.missingFiles;
+        app.pureWater = LoadPureWaterParams(settings);
+    }
+
+    SystemClock clock;
+    IniSettings settings;
+    Instance instance;
+    AppContext app;
+    Pump pump;
+    PortTable ports;
+    Shell shell;
+    bool newUser = false;
+    int missingSigmaFiles = 0;
+};
+
+void ShowStartNotices(Program& program, MainForm& form, bool demo) {
+    const std::string recovered = RecoveryNotice(program.instance.Recovered());
+    if (!recovered.empty()) form.Ask().ShowError(recovered);
+    if (!program.instance.Problem().empty()) form.Ask().ShowError(program.instance.Problem());
+    if (program.missingSigmaFiles > 0)
+        form.Ask().ShowError(
+            "Files needed for sigma correction were not found.  Please check the parameter settings.");
+    if (program.newUser && !demo) form.Ask().ShowError(NewUserNotice());
+}
+
+int OpenFirstWindow(Program& program, const CommandLine& line) {
+    MainForm* const form = program.shell.NewWindow(std::make_unique<RealSerialLine>(program.ports));
+    form->show();
+    ShowStartNotices(program, *form, false);
+    const std::string& recalled = program.app.prefs.CalFile;
+    const std::string calFile = !line.calFile.empty()                                          ? line.calFile
+                                : program.app.prefs.RecallLastCal && QFileInfo::exists(
+                                      QString::fromStdString(recalled)) ? recalled
+                                                                        : std::string();
+    if (!calFile.empty()) form->Window().LoadCalIntoWindow(calFile);
+    if (line.mode == CommandLine::Mode::Direct) {
+        const std::string error = form->Window().OpenWithoutQuery(line.port, line.baud, line.model);
+        if (error.empty())
+            form->Window().OpenDataFiles("raw", form->Window().Link.State.CalReady);
+        else
+            form->Ask().ShowError(error);
+    }
+    form->InstrumentChanged();
+    return QApplication::exec();
+}
+
+/// Ends one demonstration window: says where its files and, off screen, its picture are.
+void ReportDemo(MainForm& form, bool withPicture) {
+    QPixmap picture;
+    if (withPicture) picture = form.Picture();
+    const std::string name = form.Window().Files.State().rawFinal.string();
+    const DemoFiles files = FinishDemo(form.Window());
+    const std::string model(InstTypeName(form.Window().Link.State.InstType));
+    std::printf("%s, %lld samples\n", model.c_str(),
+                static_cast<long long>(form.Window().Link.State.Counted.samples));
+    if (!files.raw.empty()) std::printf("  raw file         %s\n", files.raw.c_str());
+    if (!files.dat.empty()) std::printf("  calibrated file  %s\n", files.dat.c_str());
+    if (withPicture) {
+        const std::string path = std::filesystem::path(name).replace_extension(".png").string();
+        if (picture.save(QString::fromStdString(path))) std::printf("  picture          %s\n", path.c_str());
+    }
+    std::fflush(stdout);
+}
+
+int ShowDemonstration(Program& program, const CommandLine& line) {
+    const std::filesystem::path folder = DemoFolder();
+    for (const InstTypeCode model : line.demoModels) {
+        DemoInstrument instrument =
+            MakeDemoInstrument(model, program.app.FirstFreeWindow(), program.clock);
+        MainForm* const form = program.shell.NewWindow(std::move(instrument.line));
+        form->show();
+        ShowStartNotices(program, *form, true);
+        const std::string error = StartDemo(form->Window(), instrument, model, folder);
+        if (!error.empty()) form->Ask().ShowError(error);
+        form->InstrumentChanged();
+        const bool withPicture = line.runSeconds > 0;
+        form->CloseWith([form, withPicture] { ReportDemo(*form, withPicture); });
+    }
+    if (line.runSeconds > 0)
+        QTimer::singleShot(line.runSeconds * 1000, &program.shell, [&program] {
+            for (MainForm* form : program.shell.Windows()) form->close();
+        });
+    return QApplication::exec();
+}
+
+}  // namespace
+
+int SubMain(const CommandLine& line) {
+    Program program(line.mode);
+    if (line.mode == CommandLine::Mode::Demo) return ShowDemonstration(program, line);
+    return OpenFirstWindow(program, line);
+}
+
+}  // namespace marisonde

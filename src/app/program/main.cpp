@@ -1,0 +1,36 @@
+#include <QApplication>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "app/CommandLine.h"
+#include "app/forms/SubMain.h"
+#include "common/Version.h"
+
+namespace {
+
+std::vector<std::string> ArgumentsOf(int argc, char** argv) {
+    return {argv + 1, argv + argc};
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    using marisonde::CommandLine;
+    const CommandLine line = marisonde::ParseCommandLine(ArgumentsOf(argc, argv));
+    switch (line.mode) {
+        case CommandLine::Mode::Help: std::fputs(marisonde::HelpText().c_str(), stdout); return 0;
+        case CommandLine::Mode::Version:
+            std::printf("marisonde %.*s\n", static_cast<int>(marisonde::kVersion.size()), marisonde::kVersion.data());
+            return 0;
+        case CommandLine::Mode::Bad:
+            std::fprintf(stderr, "marisonde: %s\nTry 'marisonde --help'.\n", line.message.c_str());
+            return 2;
+        default: break;
+    }
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("Marisonde");
+    QApplication::setApplicationVersion(QString::fromUtf8(marisonde::kVersion.data(), marisonde::kVersion.size()));
+    QApplication::setQuitOnLastWindowClosed(false);
+    return marisonde::SubMain(line);
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/Dialogs.h"
+#include "platform/Operations.h"
+
+namespace marisonde {
+
+/// Answers the questions of a window from a script and keeps every text that the user would have seen.
+class ScriptedDialogs final : public Dialogs {
+  public:
+    std::deque<Choice> answers;      ///< for the next questions; with none left a question waits for ever
+    std::string saveBase;            ///< answer of the save dialog
+    std::vector<Question> asked;
+    std::vector<std::string> notices;
+    std::vector<std::string> errors;
+    std::vector<std::string> fromInstrument;
+    std::vector<std::string> proposedBases;
+
+    QCoro::Task<Choice> ShowChoiceDialog(Operation& operation, Question question) override {
+        asked.push_back(std::move(question));
+        co_await operation.Until([this] { return !answers.empty(); }, std::chrono::hours(1000));
+        if (operation.Cancelled() || answers.empty()) co_return Choice::Third;
+        const Choice answer = answers.front();
+        answers.pop_front();
+        co_return answer;
+    }
+    QCoro::Task<void> ShowMessage(Operation&, std::string text) override {
+        notices.push_back(std::move(text));
+        co_return;
+    }
+    QCoro::Task<std::string> AskSaveBase(Operation&, std::string path) override {
+        proposedBases.push_back(std::move(path));
+        co_return saveBase;
+    }
+    void ShowError(std::string text) override { errors.push_back(std::move(text)); }
+    void ShowInstrumentMessage(std::string text) override { fromInstrument.push_back(std::move(text)); }
+};
+
+}  // namespace marisonde
