@@ -1,0 +1,98 @@
+#include "graphs/Chart2D.h"
+
+#include <limits>
+
+namespace marisonde {
+
+namespace {
+
+constexpr int kFirstLength = 1000;
+constexpr double kFailed = 1e300;  ///< values from here on stand for arithmetic that failed
+
+void Include(AxisRange& range, std::span<const double> values, int count) {
+    for (const double value : values.first(static_cast<std::size_t>(count))) {
+        if (!(value > -kFailed && value < kFailed)) continue;
+        if (value < range.min) range.min = value;
+        if (value > range.max) range.max = value;
+    }
+}
+
+}  // namespace
+
+Chart2D::Chart2D()
+    : group1_(*this),
+      group2_(*this),
+      x_(*this, AxisName::X, 0, 100),
+      y_(*this, AxisName::Y, 0, 0.01),
+      y2_(*this, AxisName::Y2, 0, 0.1) {
+    for (ChartGroup* group : {&group1_, &group2_}) {
+        group->SetNumPoints(kFirstLength);
+        group->SetLastPoint(1);
+    }
+    y2_.SetVisible(false);
+    y_.SetPlacement(2);
+    y2_.SetPlacement(3);
+}
+
+ChartAxis& Chart2D::Axes(AxisName name) {
+    return name == AxisName::X ? x_ : name == AxisName::Y ? y_ : y2_;
+}
+
+const ChartAxis& Chart2D::Axes(AxisName name) const {
+    return name == AxisName::X ? x_ : name == AxisName::Y ? y_ : y2_;
+}
+
+void Chart2D::SetRotated(bool rotated) {
+    if (rotated_ == rotated) return;
+    rotated_ = rotated;
+    NoteAxesChanged();
+}
+
+void Chart2D::SetIsBatched(bool batched) {
+    batched_ = batched;
+    if (batched_ || !changedInBatch_) return;
+    changedInBatch_ = false;
+    if (OnChange) OnChange();
+}
+
+AxisRange Chart2D::DataRange(AxisName name) const {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    AxisRange range{kInfinity, -kInfinity};
+    for (const int number : {1, 2}) {
+        const ChartGroup& group = ChartGroups(number);
+        if (group.NumSeries() == 0) continue;
+        if (name == AxisName::X) Include(range, group.XData(), group.LastPoint());
+        if (name != (number == 1 ? AxisName::Y : AxisName::Y2)) continue;
+        for (int series = 1; series <= group.NumSeries(); ++series)
+            if (group.Display(series) == SeriesDisplay::Drawn)
+                Include(range, group.YData(series), group.LastPoint());
+    }
+    return range;
+}
+
+void Chart2D::NotePointsChanged() {
+    ++pointsRevision_;
+    Changed();
+}
+
+void Chart2D::NotePointsAppended() {
+    const auto follows = [](const ChartAxis& axis) { return axis.MinIsDefault() || axis.MaxIsDefault(); };
+    if (follows(x_) || follows(y_) || follows(y2_))
+        NoteAxesChanged();
+    else
+        Changed();
+}
+
+void Chart2D::NoteAxesChanged() {
+    ++axesRevision_;
+    NotePointsChanged();
+}
+
+void Chart2D::Changed() {
+    if (batched_)
+        changedInBatch_ = true;
+    else if (OnChange)
+        OnChange();
+}
+
+}  // namespace marisonde

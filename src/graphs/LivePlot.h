@@ -1,0 +1,157 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "calibration/CalibratedSample.h"
+#include "common/InstTypes.h"
+#include "decode/RawSample.h"
+#include "graphs/Chart2D.h"
+#include "graphs/PlotReadouts.h"
+#include "graphs/PlotTypes.h"
+
+namespace marisonde {
+
+/// Which menu item of the views is checked.
+enum class PlotView { Vs_Time, Vs_Depth, Orca };
+
+/// Which backscattering is shown: the buttons "No Sigma" and "Sigma Correct".
+enum class SigmaChoice { NoSigma = 0, SigmaCorrect = 1 };
+
+/// Preference range of the points that a graph holds.
+inline constexpr int kLeastGraphPoints = 1000;
+inline constexpr int kMostGraphPoints = 100000;
+
+/// Makes room when `plotIndex` has passed the arrays: 1000 more places, or, from `maxGraphPoints` on (held to
+/// the preference's range), the oldest fifth is dropped and `plotIndex` lowered by it. Leaves the chart
+/// batched.
+void ExpandChart(Chart2D& chart, int& plotIndex, int maxGraphPoints);
+
+/// The plotting side of one data window: what the axes and series of its chart show, and how converted
+/// samples become points of the chart, readouts and axes that follow the data.
+class LivePlot {
+  public:
+    /// `chart` outlives the object.
+    explicit LivePlot(Chart2D& chart) : chart_(chart) {}
+
+    // The X range last in force in each view.
+    double CurrentDepthMin = 0, CurrentDepthMax = 100, CurrentTimeMin = 0, CurrentTimeMax = 100;
+    // The one stored scale.
+    double PrevDepthMin = 0, PrevDepthMax = 0, PrevTimeMin = 0, PrevTimeMax = 0;
+    double PrevDataMin = 0, PrevDataMax = 0, PrevData2Min = 0, PrevData2Max = 0;
+    // Whether a limit follows the data.
+    bool AutoDataMax = true, AutoDataMin = true, AutoDataMax2 = true, AutoDataMin2 = true;
+    bool AutoDepthMax = true, AutoDepthMin = true, AutoTimeMax = true, AutoTimeMin = true;
+    float PlotDistance = 0;  ///< X value while PlotXType is Distance, cm
+    std::int32_t PlotXType = PlotType::ElapsedTime;
+    std::int32_t PlotYType = PlotType::BbCorrected;
+    std::int32_t PlotY2Type = PlotType::None;
+    SigmaChoice SigmaOption = SigmaChoice::SigmaCorrect;
+    bool VsTimeMenuVisible = true;
+    int MaxGraphPoints = 50000;
+
+    [[nodiscard]] bool DepthInMeters() const { return depthInMeters_; }
+    [[nodiscard]] PlotView View() const { return view_; }
+    [[nodiscard]] InstTypeCode Model() const { return model_; }
+    /// Chart index of the next point; 1 when the chart is empty.
+    [[nodiscard]] int PlotIndex() const { return plotIndex_; }
+    /// Date of the first sample plotted; 0 before it.
+    [[nodiscard]] double PlotStartTime() const { return plotStartTime_; }
+    [[nodiscard]] const PlotReadouts& Readouts() const { return readouts_; }
+
+    /// Data type that a series holds: group 0 (of ChartGroups(1)) or 1, series 0..15. Throws
+    /// std::out_of_range.
+    [[nodiscard]] std::int32_t& ChartContents(int group, int series);
+    /// Whether the colour of a channel, 0..12, follows its wavelength. Throws std::out_of_range.
+    [[nodiscard]] bool& AutoColor(int channel);
+    /// The first series of the primary group that holds `type`, or 0.
+    [[nodiscard]] int FindSeriesOfType(std::int32_t type) const;
+
+    /// Lays the series out for a model. Points of another layout are discarded, those of the same one stay.
+    void SetupChartForInstrument(InstTypeCode model);
+    /// Titles, the visibility of Y2, and the turn of the axes when X is depth.
+    void SetPlotTypes(std::int32_t yType, std::int32_t y2Type, std::int32_t xType);
+    void ClearGraph();
+    void InitializePlotInfo();
+    void UpdateCurrentPlotInfo();
+
+    /// Changes to the view against time or depth; false, and nothing done, when it is in force already.
+    bool VsTimeCommand();
+    bool VsDepthCommand();
+    /// Points of depth are converted, limits of axes are not.
+    void ChangeDepthUnits(bool toMeters);
+
+    /// Opens a tick with so many lines waiting and returns how many it may take: at most a fifth of the
+    /// arrays.
+    int BeginTick(int queuedLines);
+    /// Stores one converted sample as the next point. Its Time is a date: the tick has stamped what had none.
+    void AddSample(const RawSample& raw, const CalibratedSample& sample);
+    /// Shows the points, lets the axes follow them, and writes the readouts of the last sample.
+    void EndTick();
+    /// Ends a tick whose next line could not be decoded: the points stored so far stay behind the last one
+    /// shown.
+    void AbandonTick();
+
+  private:
+    struct DataLimits {
+        double max = -1e300;
+        double min = 1e300;
+        void Include(double value);
+    };
+    enum class BoxContent : std::uint8_t { Untouched, NoData, Value };
+    struct Box {
+        BoxContent content = BoxContent::Untouched;
+        double value = 0;
+    };
+
+    [[nodiscard]] bool DepthOnX() const { return view_ != PlotView::Vs_Time; }
+    ChartGroup& Primary() { return chart_.ChartGroups(1); }
+    ChartGroup& Secondary() { return chart_.ChartGroups(2); }
+
+    void LayOutCorvane();
+    void LayOutTidal();
+    void LayOutDelph();
+    void LayOutKeptSeries(int channels);
+    void LabelAxes(std::int32_t yType, std::int32_t y2Type);
+    void ChangeView(PlotView view);
+    void ShowSecondaryAxis(bool depth);
+    void SwapCarrier();
+    void TurnAxes(bool depthOnX);
+
+    void MakeRoom();
+    void StoreCoordinates(const CalibratedSample& sample);
+    void StoreCorvane(const RawSample& raw, const CalibratedSample& sample);
+    void StoreDelph(const CalibratedSample& sample);
+    void StoreTidalScatter(const RawSample& raw, const CalibratedSample& sample);
+    void StoreTidalBeam(int series, int channel, bool active, double value);
+    void StoreScatter(int channel, double normalized, const CalibratedSample& sample);
+    void Store(ChartGroup& group, int series, double value);
+    void SetBox(int channel, BoxContent content, double value = 0);
+    [[nodiscard]] double Chosen(const CalibratedSample& sample, int channel) const;
+    void WriteReadouts();
+    void FollowX();
+    void FollowY(ChartAxis& axis, const DataLimits& limits, bool followMax, bool followMin);
+    void MoveMax(ChartAxis& axis, double value);
+    void MoveMin(ChartAxis& axis, double value);
+
+    Chart2D& chart_;
+    InstTypeCode model_ = InstTypeCode::Unknown;
+    PlotView view_ = PlotView::Vs_Time;
+    bool depthInMeters_ = true;
+    int plotIndex_ = 1;
+    double plotStartTime_ = 0;
+    std::array<std::array<std::int32_t, 16>, 2> contents_{};
+    std::array<bool, kChannelSlots> autoColor_{};
+
+    // The tick at hand.
+    int linesLeft_ = 0;
+    int pointsAdded_ = 0;
+    double depth_ = 0;
+    double minutes_ = 0;
+    DataLimits newData_;
+    DataLimits newData2_;
+    std::array<Box, kChannelSlots> boxes_{};
+    PlotReadouts readouts_;
+};
+
+}  // namespace marisonde

@@ -1,0 +1,225 @@
+#include "graphs/SeriesRaster.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace marisonde {
+
+namespace {
+
+constexpr int kPiece = 2048;  ///< points at a time: X and its runs stay in the fast memory for all series
+constexpr int kNoColumn = std::numeric_limits<int>::min();
+
+std::int64_t CeilDiv(std::int64_t a, std::int64_t b) {
+    return (a + b - 1) / b;
+}
+
+}  // namespace
+
+PixelScale::PixelScale(double min, double max, int pixels, bool flipped)
+    : min_(min),
+      // A trifle less than the full length, so that the upper limit is still inside.
+      perUnit_(pixels * (1 - 1e-12) / 2 / (max / 2 - min / 2)),
+      last_(pixels - 1),
+      flipped_(flipped) {}
+
+void SeriesRaster::Reset(int xPixels, int yPixels, int lineWidth) {
+    xPixels_ = std::max(xPixels, 0);
+    yPixels_ = std::max(yPixels, 0);
+    before_ = (lineWidth - 1) / 2;
+    behind_ = lineWidth - 1 - before_;
+    pixels_.assign(static_cast<std::size_t>(xPixels_) * static_cast<std::size_t>(yPixels_), 0);
+}
+
+std::span<const std::uint8_t> SeriesRaster::Column(int x) const {
+    const auto length = static_cast<std::size_t>(yPixels_);
+    return std::span(pixels_).subspan(static_cast<std::size_t>(x) * length, length);
+}
+
+PixelBox SeriesRaster::Draw(const ChartGroup& group, int from, int to, const PixelScale& x,
+                            const PixelScale& y, int firstRank) {
+    touched_ = {xPixels_, yPixels_, -1, -1};
+    const int end = std::min(to, group.NumPoints());
+    // Pieces share a point: the line from one to the next belongs to one of them.
+    for (int begin = std::max(from, 1); begin <= end; begin += kPiece - 1) {
+        if (begin == end && begin > std::max(from, 1)) break;
+        const auto offset = static_cast<std::size_t>(begin) - 1;
+        const auto count = static_cast<std::size_t>(std::min(kPiece, end - begin + 1));
+        FindRuns(group.XData().subspan(offset, count), x);
+        for (int series = 1; series <= group.NumSeries(); ++series) {
+            if (group.Display(series) != SeriesDisplay::Drawn) continue;
+            rank_ = static_cast<std::uint8_t>(std::min(firstRank + series - 1, 255));
+            DrawRuns(group.YData(series).subspan(offset, count), y);
+        }
+    }
+    return touched_;
+}
+
+void SeriesRaster::FindRuns(std::span<const double> x, const PixelScale& scale) {
+    runs_.clear();
+    int open = kNoColumn;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        const int column = std::isnan(x[i]) ? kNoColumn : scale.At(x[i]);
+        if (i > 0 && column == open) continue;
+        const int index = static_cast<int>(i);
+        if (i > 0) runs_.back().end = index;
+        runs_.push_back({index, static_cast<int>(x.size()), column});
+        open = column;
+    }
+}
+
+void SeriesRaster::DrawRuns(std::span<const double> y, const PixelScale& scale) {
+    Pen pen;
+    for (const Run& run : runs_) {
+        if (run.column == kNoColumn)
+            pen.down = false;
+        else
+            DrawRun(run, y, scale, pen);
+    }
+}
+
+void SeriesRaster::DrawRun(const Run& run, std::span<const double> y, const PixelScale& scale, Pen& pen) {
+    const auto begin = static_cast<std::size_t>(run.begin);
+    const auto values = y.subspan(begin, static_cast<std::size_t>(run.end - run.begin));
+    const Extremes extremes = ExtremesOf(values);
+    if (extremes.gaps) {
+        DrawPointByPoint(run, y, scale, pen);
+        return;
+    }
+    const int first = scale.At(values.front());
+    if (pen.down) Line(pen.x, pen.y, run.column, first);
+    if (values.size() == 1) {
+        Span(run.column, first, first);
+        pen = {true, run.column, first};
+        return;
+    }
+    Span(run.column, scale.At(extremes.low), scale.At(extremes.high));
+    pen = {true, run.column, scale.At(values.back())};
+}
+
+void SeriesRaster::DrawPointByPoint(const Run& run, std::span<const double> y, const PixelScale& scale,
+                                    Pen& pen) {
+    for (int i = run.begin; i < run.end; ++i) {
+        const double value = y[static_cast<std::size_t>(i)];
+        if (std::isnan(value)) {
+            pen.down = false;
+            continue;
+        }
+        const int place = scale.At(value);
+        if (pen.down && pen.x != run.column) Line(pen.x, pen.y, run.column, place);
+        Span(run.column, pen.down && pen.x == run.column ? pen.y : place, place);
+        pen = {true, run.column, place};
+    }
+}
+
+SeriesRaster::Extremes SeriesRaster::ExtremesOf(std::span<const double> values) {
+    constexpr std::size_t kLanes =
+        4;  // independent chains, so that each comparison need not wait for the last
+    double low[kLanes];
+    double high[kLanes];
+    double sum[kLanes];
+    for (std::size_t k = 0; k < kLanes; ++k) {
+        low[k] = high[k] = values[0];
+        sum[k] = 0;
+    }
+    std::size_t i = 0;
+    for (; i + kLanes <= values.size(); i += kLanes) {
+        for (std::size_t k = 0; k < kLanes; ++k) {
+            const double value = values[i + k];
+            low[k] = value < low[k] ? value : low[k];
+            high[k] = value > high[k] ? value : high[k];
+            sum[k] += value;
+        }
+    }
+    for (; i < values.size(); ++i) {
+        low[0] = std::min(low[0], values[i]);
+        high[0] = std::max(high[0], values[i]);
+        sum[0] += values[i];
+    }
+    for (std::size_t k = 1; k < kLanes; ++k) {
+        low[0] = std::min(low[0], low[k]);
+        high[0] = std::max(high[0], high[k]);
+        sum[0] += sum[k];
+    }
+    // Not-a-number stays in a sum. Infinite values of both signs give it too, which only costs time.
+    return {low[0], high[0], std::isnan(sum[0])};
+}
+
+void SeriesRaster::Line(int x0, int y0, int x1, int y1) {
+    if (std::max(x0, x1) + behind_ < 0 || std::min(x0, x1) - before_ >= xPixels_) return;
+    if (std::max(y0, y1) + behind_ < 0 || std::min(y0, y1) - before_ >= yPixels_) return;
+    if (std::abs(y1 - y0) > std::abs(x1 - x0))
+        SteepLine(x0, y0, x1, y1);
+    else
+        FlatLine(x0, y0, x1, y1);
+}
+
+SeriesRaster::Steps SeriesRaster::SeenSteps(int start, int direction, std::int64_t length, int pixels) const {
+    const std::int64_t first = direction > 0 ? -behind_ - start : start - (pixels - 1 + before_);
+    const std::int64_t last = direction > 0 ? pixels - 1 + before_ - start : start + behind_;
+    return {std::max<std::int64_t>(first, 0), std::min(last, length)};
+}
+
+void SeriesRaster::SteepLine(int x0, int y0, int x1, int y1) {
+    const int right = x1 > x0 ? 1 : -1;
+    const int down = y1 > y0 ? 1 : -1;
+    const std::int64_t width = std::abs(x1 - x0);
+    const std::int64_t height = std::abs(y1 - y0);
+    if (width == 1) {  // by far the commonest: neighbouring columns
+        const int half = static_cast<int>((height + 1) / 2);
+        Span(x0, y0, y0 + down * (half - 1));
+        Span(x1, y0 + down * half, y1);
+        return;
+    }
+    // A row belongs to the column that its middle is nearest to.
+    const auto columnOf = [&](std::int64_t row) { return (2 * row * width + height) / (2 * height); };
+    const auto firstRowOf = [&](std::int64_t step) {
+        return step == 0 ? 0 : std::min(CeilDiv((2 * step - 1) * height, 2 * width), height + 1);
+    };
+    const Steps rows = SeenSteps(y0, down, height, yPixels_);
+    const Steps columns = SeenSteps(x0, right, width, xPixels_);
+    if (rows.first > rows.last) return;
+    const std::int64_t last = std::min(columns.last, columnOf(rows.last));
+    for (std::int64_t step = std::max(columns.first, columnOf(rows.first)); step <= last; ++step) {
+        const std::int64_t next = step == width ? height + 1 : firstRowOf(step + 1);
+        Span(x0 + right * static_cast<int>(step), y0 + down * static_cast<int>(firstRowOf(step)),
+             y0 + down * static_cast<int>(next - 1));
+    }
+}
+
+void SeriesRaster::FlatLine(int x0, int y0, int x1, int y1) {
+    const int right = x1 > x0 ? 1 : -1;
+    const int down = y1 > y0 ? 1 : -1;
+    const std::int64_t width = std::abs(x1 - x0);
+    const std::int64_t height = std::abs(y1 - y0);
+    const Steps columns = SeenSteps(x0, right, width, xPixels_);
+    for (std::int64_t step = columns.first; step <= columns.last; ++step) {
+        const int row =
+            width == 0 ? y0 : y0 + down * static_cast<int>((2 * step * height + width) / (2 * width));
+        Span(x0 + right * static_cast<int>(step), row, row);
+    }
+}
+
+void SeriesRaster::Span(int column, int y0, int y1) {
+    const int low = std::max(std::min(y0, y1) - before_, 0);
+    const int high = std::min(std::max(y0, y1) + behind_, yPixels_ - 1);
+    if (low > high) return;
+    const int first = std::max(column - before_, 0);
+    const int last = std::min(column + behind_, xPixels_ - 1);
+    for (int x = first; x <= last; ++x) Fill(x, low, high);
+    if (first > last) return;
+    touched_.x0 = std::min(touched_.x0, first);
+    touched_.x1 = std::max(touched_.x1, last);
+    touched_.y0 = std::min(touched_.y0, low);
+    touched_.y1 = std::max(touched_.y1, high);
+}
+
+void SeriesRaster::Fill(int column, int y0, int y1) {
+    std::uint8_t* const pixels =
+        pixels_.data() + static_cast<std::size_t>(column) * static_cast<std::size_t>(yPixels_);
+    const std::uint8_t rank = rank_;
+    for (int y = y0; y <= y1; ++y) pixels[y] = std::max(pixels[y], rank);
+}
+
+}  // namespace marisonde

@@ -1,0 +1,131 @@
+#include "graphs/forms/ChartView.h"
+
+#include <QEvent>
+#include <QVBoxLayout>
+#include <vector>
+
+#include "graphs/forms/ChartPlot.h"
+
+namespace marisonde {
+
+namespace {
+
+constexpr int kRedrawInterval = 40;  ///< ms
+
+}  // namespace
+
+ChartView::ChartView(Chart2D& chart, QWidget* parent)
+    : QWidget(parent), chart_(chart), plot_(new ChartPlot(chart, this)) {
+    setObjectName("Chart2D1");
+    setAccessibleName("Graph of the instrument's channels");
+    setMinimumSize(240, 180);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(plot_);
+    timer_.setSingleShot(true);
+    timer_.setInterval(kRedrawInterval);
+    connect(&timer_, &QTimer::timeout, this, &ChartView::OnTimer);
+    chart_.OnChange = [this] { Mark(); };
+    ApplyStyles();
+}
+
+ChartView::~ChartView() {
+    chart_.OnChange = nullptr;
+}
+
+void ChartView::Mark() {
+    if (!timer_.isActive() && isVisible()) timer_.start();
+}
+
+void ChartView::OnTimer() {
+    if (chart_.IsBatched()) return;
+    const QRect changed = plot_->Refresh();
+    if (!changed.isEmpty()) plot_->update(changed);
+    Describe();
+}
+
+void ChartView::RefreshNow() {
+    if (chart_.IsBatched()) return;
+    timer_.stop();
+    const QRect changed = plot_->Refresh();
+    if (!changed.isEmpty()) plot_->repaint(changed);
+}
+
+void ChartView::RedrawNow() {
+    timer_.stop();
+    plot_->RedrawAll();
+    plot_->repaint();
+}
+
+void ChartView::SetSeriesStyle(int group, int series, const QString& name, const QColor& color) {
+    styles_[{group, series}] = {name, color};
+    ApplyStyles();
+    Mark();
+}
+
+void ChartView::ClearSeriesStyles() {
+    styles_.clear();
+    ApplyStyles();
+    Mark();
+}
+
+QColor ChartView::ShownColor(const QColor& color) const {
+    return ReadableOn(color, colors_.plotBackground);
+}
+
+void ChartView::SetLook(const ChartLook& look) {
+    look_ = look;
+    ApplyStyles();
+    Mark();
+}
+
+void ChartView::ApplyStyles() {
+    colors_ = ColorsFor(look_, palette());
+    plot_->SetColors(colors_, look_);
+    std::vector<LegendEntry> entries;
+    for (const auto& [where, style] : styles_) {
+        const QColor shown = ShownColor(style.color);
+        plot_->Layer().SetColor(where.first, where.second, shown.rgb());
+        if (!style.name.isEmpty()) entries.push_back({style.name, shown});
+    }
+    plot_->SetLegend(entries);
+}
+
+QPointF ChartView::PixelToData(int group, const QPoint& position) const {
+    return plot_->PixelToData(group, plot_->mapFrom(this, position));
+}
+
+QPixmap ChartView::RenderPixmap(const QSize& size, double scale) {
+    plot_->RedrawAll();
+    return plot_->toPixmap(size.width(), size.height(), scale);
+}
+
+bool ChartView::SavePng(const QString& path, const QSize& size, double scale) {
+    return RenderPixmap(size, scale).save(path, "PNG");
+}
+
+void ChartView::Describe() {
+    if (describedAxes_ == chart_.AxesRevision()) return;
+    describedAxes_ = chart_.AxesRevision();
+    const auto title = [&](AxisName name) { return QString::fromStdString(chart_.Axes(name).Title()); };
+    QString text = title(AxisName::Y);
+    if (chart_.Axes(AxisName::Y2).Visible()) text += " and " + title(AxisName::Y2);
+    setAccessibleDescription(text + " against " + title(AxisName::X));
+}
+
+void ChartView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    const auto type = event->type();
+    if (type != QEvent::PaletteChange && type != QEvent::FontChange && type != QEvent::StyleChange) return;
+    ApplyStyles();
+    Mark();
+}
+
+// A hidden view keeps no picture up to date; it catches up when it is seen.
+void ChartView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!chart_.IsBatched()) plot_->Refresh();
+    Describe();
+}
+
+}  // namespace marisonde
