@@ -1,5 +1,7 @@
 #include "decode/Decoders.h"
 
+#include <array>
+
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
 #include "decode/RecordDecoders.h"
@@ -31,13 +33,13 @@ void DecodeCorvaneTimed(std::string_view line, RawSample& sample) {
 }
 
 struct RecordDecoder {
-    LineKind kind;
-    void (*decode)(std::string_view, RawSample&);
-    bool makesSample;
+    LineKind kind = Other;
+    void (*decode)(std::string_view, RawSample&) = nullptr;
+    bool makesSample = false;
 };
 
 /// What becomes of each kind; kinds without a row have no decoder.
-constexpr RecordDecoder kDecoders[] = {
+constexpr RecordDecoder kRows[] = {
     {CorvaneHex, detail::DecodeCorvaneSample, true},
     {CorvaneHexHundredths, detail::DecodeCorvaneHundredths, true},
     {CorvaneVerboseHex, detail::DecodeCorvaneVerbose, true},
@@ -53,6 +55,15 @@ constexpr RecordDecoder kDecoders[] = {
     {TidalFull, detail::DecodeTidalDecimal, true},
 };
 
+constexpr std::size_t kKinds = 19;
+
+/// The rows above at the numbers of their kinds.
+constexpr auto kDecoders = [] {
+    std::array<RecordDecoder, kKinds> byKind{};
+    for (const RecordDecoder& row : kRows) byKind[static_cast<std::size_t>(row.kind)] = row;
+    return byKind;
+}();
+
 }  // namespace
 
 bool ParseRawLine(std::string_view line, InstTypeCode instType, RawSample& sample) {
@@ -60,8 +71,9 @@ bool ParseRawLine(std::string_view line, InstTypeCode instType, RawSample& sampl
 }
 
 bool ParseRawLine(std::string_view line, LineKind kind, InstTypeCode instType, RawSample& sample) {
-    for (const RecordDecoder& row : kDecoders) {
-        if (row.kind != kind) continue;
+    const auto number = static_cast<std::size_t>(kind);
+    if (number >= kDecoders.size()) return false;
+    if (const RecordDecoder& row = kDecoders[number]; row.decode) {
         row.decode(line, sample);
         return row.makesSample;
     }

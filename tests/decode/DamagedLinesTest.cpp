@@ -5,25 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "CountedNew.h"
 #include "Lines.h"
 #include "decode/Decoders.h"
 #include "decode/TextMessages.h"
-
-namespace {
-std::size_t allocations = 0;
-}
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size)) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace marisonde {
 namespace {
@@ -127,9 +112,9 @@ TEST(DamagedLines, RandomBytes) {
 
 TEST(Decoding, AllocatesNothing) {
     const std::vector<std::string> all = EveryForm();
-    const std::size_t before = allocations;
+    const std::size_t before = AllocationCount();
     for (const std::string& line : all) Handle(line, InstTypeCode::LTidal);
-    EXPECT_EQ(allocations, before);
+    EXPECT_EQ(AllocationCount(), before);
 }
 
 }  // namespace
