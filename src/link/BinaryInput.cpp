@@ -9,7 +9,8 @@ namespace {
 
 bool TurnsOutToBeText(const XmodemState& receiver, std::string_view chunk) {
     const bool nothingYet = receiver.BinaryActive != XmodemStage::Acknowledged && !receiver.SomethingCame;
-    return nothingYet && BeginsAsText(chunk);
+    // The echo of the request may come twice.
+    return nothingYet && BeginsAsText(chunk) && chunk.find("DUMPCFG") == std::string_view::npos;
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ constexpr int kOver = 3;
 bool TextFollows(DataWindowState& state, std::size_t echo) {
     const auto lines = ReplyLines(state);
     for (std::size_t i = echo + 1; i < lines.size(); ++i)
-        if (BeginsAsText(lines[i])) return true;
+        if (!Holds(lines[i], "DUMPCFG") && BeginsAsText(lines[i])) return true;
     return BeginsAsText(state.InputText.Text());
 }
 

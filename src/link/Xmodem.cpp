@@ -18,7 +18,9 @@ void Ask(XmodemState& state, Millis now, std::string& reply) {
 /// Line ends, echoes and noise may stand before a frame; a frame cannot begin with them.
 void DropUntilHeader(XmodemState& state) {
     state.ReceiveText.erase(0, state.ReceiveText.find(kSoh));
-    if (!state.ReceiveText.empty()) state.SomethingCame = true;
+    if (state.ReceiveText.empty() || state.SomethingCame) return;
+    state.SomethingCame = true;
+    state.Retries = kXmodemRetries;
 }
 
 void WaitHeader(XmodemState& state) {
