@@ -23,6 +23,23 @@ struct SlotField {
     int step;
 };
 
+/// Marks a character that is no digit; outside the 16 bits of a group of digits, so that it survives joining
+/// them.
+inline constexpr std::uint32_t kNoDigit = 0x10000;
+
+/// The value of each character as a digit of the last, the second last, third and fourth last place of a
+/// group: the value of a group is then its entries joined, without a shift or a test per digit.
+inline constexpr auto kDigitsByPlace = [] {
+    std::array<std::array<std::uint32_t, 256>, 4> tables{};
+    for (std::size_t place = 0; place < 4; ++place) {
+        for (std::size_t c = 0; c < 256; ++c) {
+            const std::uint32_t digit = kHexDigits[c];
+            tables[place][c] = digit == 0xFF ? kNoDigit : digit << 4 * place;
+        }
+    }
+    return tables;
+}();
+
 /// A line that may be read up to character `Length`. A shorter one is continued with characters that are no
 /// digits, so that fields beyond its end read 0.
 template <std::size_t Length>
@@ -50,18 +67,23 @@ class HexLine {
 
   private:
     template <int Width>
+    [[nodiscard]] static std::uint32_t Group(const char* digits) {
+        std::uint32_t value = 0;
+        for (int i = 0; i < Width; ++i)
+            value |= kDigitsByPlace[static_cast<std::size_t>(Width - 1 - i)]
+                                   [static_cast<unsigned char>(digits[i])];
+        return value;
+    }
+
+    template <int Width>
     [[nodiscard]] std::uint32_t ValueAt(int offset) const {
         const char* field = text_ + offset;
-        std::uint32_t value = 0;
-        std::uint32_t seen = 0;
-        for (int i = 0; i < Width; ++i) {
-            const std::uint32_t digit = HexDigit(field[i]);
-            seen |= digit;
-            value = value << 4 | digit;
-        }
-        // A character that is no digit reads as 0xFF; only then do the leading digits have to be found one by
-        // one.
-        return seen > 0xF ? HexVal({field, static_cast<std::size_t>(Width)}) : value;
+        constexpr int kLow = Width < 4 ? Width : 4;
+        const std::uint32_t high = Group<Width - kLow>(field);
+        const std::uint32_t low = Group<kLow>(field + Width - kLow);
+        // Only where some character is no digit do the leading digits have to be found one by one.
+        if ((high | low) >= kNoDigit) return HexVal({field, static_cast<std::size_t>(Width)});
+        return high << 16 | low;
     }
 
     const char* text_;
