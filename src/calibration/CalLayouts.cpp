@@ -6,13 +6,14 @@
 #include "calibration/CalibrationDataClass.h"
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
+#include "common/Version.h"
 
 namespace marisonde {
 
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::string_view kGeneralHeading = "[General]          //Saved by Marisonde 2.85";
+constexpr std::string_view kGeneralHeading = "[General]          //Saved by Marisonde ";
 constexpr std::string_view kOldSigmaNote = "\t//not used by v2.7 and later";
 constexpr int kDigits = 6;
 
@@ -266,6 +267,9 @@ void AppendLines(std::string& out, const std::array<Line, n>& lines, Source from
 void AppendHeading(std::string& out, std::string_view heading) {
     out.append(heading).append(kLineEnd);
 }
+void AppendGeneralHeading(std::string& out) {
+    out.append(kGeneralHeading).append(kVersion).append(kLineEnd);
+}
 void AppendBlank(std::string& out) {
     out += kLineEnd;
 }
@@ -278,7 +282,7 @@ void AppendComment(std::string& out, const CalibrationDataClass& cal) {
 
 void AppendCorvane(std::string& out, Source from) {
     AppendComment(out, from.cal);
-    AppendHeading(out, kGeneralHeading);
+    AppendGeneralHeading(out);
     AppendLines(out, kCorvaneGeneral, from);
     for (from.ch = 0; from.ch < from.cal.ChannelCount(); ++from.ch) {
         AppendBlank(out);
@@ -289,7 +293,7 @@ void AppendCorvane(std::string& out, Source from) {
 
 void AppendDelph(std::string& out, Source from) {
     constexpr int kWrittenChannels = 2;
-    AppendHeading(out, kGeneralHeading);
+    AppendGeneralHeading(out);
     AppendLines(out, kDelphGeneral, from);
     AppendBlank(out);
     AppendHeading(out, "[Depth]");
@@ -304,7 +308,7 @@ void AppendDelph(std::string& out, Source from) {
 
 void AppendTidal(std::string& out, const Source& from) {
     AppendComment(out, from.cal);
-    AppendHeading(out, kGeneralHeading);
+    AppendGeneralHeading(out);
     AppendLines(out, kTidalGeneral, from);
     AppendBlank(out);
     AppendHeading(out, "[Scattering]");

@@ -62,6 +62,12 @@ double Converter::ModelTerms::At(double bbUncorr, bool withWater) const {
     return withWater ? offset + 0.4 * bbUncorr / bbTilde : (bbUncorr - water) * 0.4 / bbTilde + offset;
 }
 
+double Converter::BeamTerms::PressureFactor(double pressure) const {
+    if (pressure <= p1) return 1;
+    if (pressure > p2) return onePlusTauPX * Polynomial(tauP, pressure);
+    return 1 + tauPX * (pressure - p1) / pSpan;  // between the two, so they are apart
+}
+
 // --- preparing ----------------------------------------------------------------------------------------
 
 Converter::Converter(const CalibrationDataClass& cal, const SigmaParams& sigma, const PureWaterParams& water)
@@ -323,22 +329,12 @@ void Converter::ApplyDelph(const RawSample& raw, CalibratedSample& out) const {
     const auto pressure =
         static_cast<double>(Single(static_cast<double>(raw.Pressure) - depth_.P0 - atTemp + depth_.atTP0));
     out.Depth = Single(depth_.kD2 * (pressure * pressure) + depth_.kD1 * pressure);
-    double pressureFactor = 0;
     for (std::size_t ch = 0; ch < static_cast<std::size_t>(channels_); ++ch) {
         const BeamTerms& beam = beams_[ch];
         const double reference = raw.Ref[ch] - beam.darkReference;
         const double ratio = reference < 1 ? 0 : (raw.Sig[ch] - beam.darkSignal) / reference;
-        if (pressure <= beam.p1) {
-            pressureFactor = 1;
-        } else if (pressure > beam.p2) {
-            pressureFactor = beam.onePlusTauPX * Polynomial(beam.tauP, pressure);
-        } else if (beam.p2 > beam.p1) {
-            pressureFactor = 1 + beam.tauPX * (pressure - beam.p1) / beam.pSpan;
-        }
-        out.k[ch] = ratio <= 0
-                        ? kOpaque
-                        : Single(std::log(beam.tau0 * pressureFactor * Polynomial(beam.kT, temp) / ratio) /
-                                 beam.path);
+        const double clear = beam.tau0 * beam.PressureFactor(pressure) * Polynomial(beam.kT, temp);
+        out.k[ch] = ratio <= 0 ? kOpaque : Single(std::log(clear / ratio) / beam.path);
     }
 }
 

@@ -67,6 +67,7 @@ class Converter {
         std::array<double, 6> tauP{};
         std::array<double, 6> kT{};
         double tau0 = 0, path = 0;
+        [[nodiscard]] double PressureFactor(double pressure) const;
     };
     struct DepthTerms {
         double slope = 0, offset = 0;
