@@ -39,7 +39,7 @@ struct FaultOptions {
     bool splitWrites = false;  ///< bytes are held back and come in uneven pieces, later ones merged
     Millis stallEvery{0};  ///< nothing comes for stallFor, once in this time; what waited comes at once then
     Millis stallFor{0};
-    std::optional<Millis> vanishAt;  ///< from here on nothing is sent or heard
+    std::optional<Millis> vanishAt{};  ///< from here on nothing is sent or heard
 };
 
 struct Options {
@@ -56,7 +56,7 @@ struct Options {
     int startCountdown = 5;         ///< s from START to the first sample
     std::optional<bool> shutter{};  ///< unset: as the model has it. Only Corvanes have shutters
     double bottomM = 100;           ///< the profile goes from the surface to here and back, 0 to 400 m
-    FaultOptions faults;
+    FaultOptions faults{};
 };
 
 }  // namespace marisonde::simulator
