@@ -138,4 +138,10 @@ std::span<const double> ChartGroup::YData(int series) const {
     return y_[static_cast<std::size_t>(series) - 1];
 }
 
+std::size_t ChartGroup::CapacityBytes() const {
+    std::size_t places = x_.capacity();
+    for (const Points& series : y_) places += series.capacity();
+    return places * sizeof(double);
+}
+
 }  // namespace marisonde

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -52,6 +53,8 @@ class ChartGroup {
     /// The arrays in place, index 0 being point 1. Valid until the next change of length.
     [[nodiscard]] std::span<const double> XData() const { return x_; }
     [[nodiscard]] std::span<const double> YData(int series) const;
+    /// Memory held for points.
+    [[nodiscard]] std::size_t CapacityBytes() const;
 
   private:
     using Points = std::vector<double>;

@@ -81,20 +81,18 @@ inline std::string BehindHeader(const std::string& text, const std::string& last
     return place == std::string::npos ? "no header" : text.substr(place + lastHeaderLine.size() + 2);
 }
 
-/// Whether a hexadecimal line ends in its checksum, with or without the "*" summed.
+/// Whether a hexadecimal line ends in its checksum, with or without the "*" summed. A damaged digit of the checksum
+/// ends its number, as in every hexadecimal field.
 inline bool ChecksumHolds(const std::string& line) {
     if (line.size() < 4 || line[0] != '*') return false;
     unsigned sum = 0;
     for (std::size_t i = 1; i + 2 < line.size(); ++i) sum += static_cast<unsigned char>(line[i]);
-    const auto digit = [](char c) {
-        const std::string digits = "0123456789ABCDEF";
-        const std::string lower = "0123456789abcdef";
-        return digits.find(c) != std::string::npos ? digits.find(c) : lower.find(c);
-    };
-    const std::size_t high = digit(line[line.size() - 2]);
-    const std::size_t low = digit(line.back());
-    if (high == std::string::npos || low == std::string::npos) return false;
-    const std::size_t told = high * 16 + low;
+    unsigned told = 0;
+    for (const char c : line.substr(line.size() - 2)) {
+        const std::size_t digit = std::string("0123456789ABCDEFabcdef").find(c);
+        if (digit == std::string::npos) break;
+        told = told * 16 + static_cast<unsigned>(digit > 15 ? digit - 6 : digit);
+    }
     return told == sum % 256 || told == (sum + '*') % 256;
 }
 

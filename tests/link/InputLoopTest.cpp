@@ -1,13 +1,11 @@
-#include "link/InputLoop.h"
-
-#include <gtest/gtest.h>
-
 #include <array>
+#include <gtest/gtest.h>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "common/Clock.h"
+#include "link/InputLoop.h"
 #include "link/InstrumentLink.h"
 #include "support/ScriptedLine.h"
 
