@@ -27,7 +27,7 @@ RawSample Used() {
     sample.Ref.fill(200);
     sample.RefOff.fill(4);
     sample.Snorm.fill(6);
-    sample.SnormF.fill(0.5F);
+    sample.SnormF.fill(0.75F);
     sample.Bgnd.fill(8);
     return sample;
 }
@@ -68,7 +68,7 @@ TEST(CorvaneSample, ClearsTheRawChannelsAndKeepsTheRest) {
             EXPECT_EQ(sample.SigOff[slot], 0);
             EXPECT_EQ(sample.Ref[slot], 0);
             EXPECT_EQ(sample.RefOff[slot], 0);
-            EXPECT_EQ(sample.SnormF[slot], 0.5F);
+            EXPECT_EQ(sample.SnormF[slot], 0.75F);
             EXPECT_EQ(sample.Bgnd[slot], 8);
         }
         EXPECT_EQ(sample.Snorm[8], 6);
@@ -144,7 +144,7 @@ TEST(CorvaneVerbose, ClearsWhatTheInstrumentNormalises) {
     EXPECT_EQ(sample.Hundredths, 0);
     EXPECT_EQ(sample.Error, 3);
     EXPECT_EQ(sample.SnormF[8], 0.5F);  // slot 8 is normalised too, from what it holds: (100 - 2) / (200 - 4)
-    EXPECT_EQ(sample.SnormF[9], 0.5F);
+    EXPECT_EQ(sample.SnormF[9], 0.75F);
 }
 
 TEST(CorvaneVerbose, NoReferenceGivesNothing) {

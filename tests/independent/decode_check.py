@@ -292,6 +292,10 @@ def hex_line(rng, letter, digits):
         at = digits - 16
         keep = rng.randrange(9)
         body = body[:at + keep] + b"0" * (8 - keep) + body[at + 8:]
+    if rng.random() < 0.3:
+        edge = rng.choice((b"7FFF", b"8000", b"FFFF", b"7FFFFF", b"800000"))
+        at = 15 if letter in b"AC" and rng.random() < 0.5 else rng.randrange(digits - len(edge))
+        body = body[:at] + edge + body[at + len(edge):]
     if rng.random() < 0.1:
         at = rng.randrange(digits)
         body = body[:at] + bytes([rng.randrange(1, 256)]).replace(b"\n", b"?") + body[at + 1:]
@@ -312,8 +316,9 @@ def decimal_field(rng):
         return b"%.3e" % rng.uniform(-1e6, 1e6)
     if pick < 0.9:
         return b"%d.5" % rng.randrange(-100, 100)
-    return rng.choice((b"", b"-", b"+7", b".5", b"x12", b"1 2", b"12x", b"99999999999", b"1e300", b"1e999", b"nan",
-                       b"-inf", b"3.402823669e38", b"0.1234567890123456789", b"5."))
+    return rng.choice((b"", b"-", b"+7", b"7500", b"7501", b"32767.5", b"2147483647.5", b".5", b"x12", b"1 2", b"12x",
+                       b"99999999999", b"1e300", b"1e999", b"nan", b"-inf", b"3.402823669e38",
+                       b"0.1234567890123456789", b"5."))
 
 
 def decimal_line(rng, commas):
