@@ -69,8 +69,8 @@ double RoundSignificant(double value, int digits);
 std::int16_t ToInt16(double value);
 std::int32_t ToInt32(double value);
 
-/// Longest text of one number, without an end mark.
-inline constexpr std::size_t kMaxNumberText = 32;
+/// Room that WriteNumber needs. The text itself, which has no end mark, has at most 24 characters.
+inline constexpr std::size_t kMaxNumberText = 48;
 /// Writes the shortest general text that reads back to the same value (float: at most 9 digits, double: 17),
 /// and returns the end; `out` has room for kMaxNumberText. With m = 7 for a float and 15 for a double, the
 /// plain form is used while the whole part has at most m digits and, for values below 0.1, at most m decimals
