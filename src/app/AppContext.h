@@ -28,7 +28,9 @@ struct AppContext {
     std::filesystem::path temporaryFolder;
     std::array<DataWindow*, kMaxWindows> windows{};
 
-    [[nodiscard]] bool WindowInUse(int index) const { return windows.at(static_cast<std::size_t>(index)) != nullptr; }
+    [[nodiscard]] bool WindowInUse(int index) const {
+        return windows.at(static_cast<std::size_t>(index)) != nullptr;
+    }
     /// The lowest free slot, or kMaxWindows when all are taken.
     [[nodiscard]] int FirstFreeWindow() const {
         int index = 0;

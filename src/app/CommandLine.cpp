@@ -94,7 +94,8 @@ constexpr std::array kOptions{
     OptionRow{"--baud", SetBaud, "RATE", "its rate, 4800 to 115200; 19200 if not given"},
     OptionRow{"--model", SetModel, "MODEL", "the model that is connected there"},
     OptionRow{"--cal", SetCal, "FILE", "the calibration file to use"},
-    OptionRow{"--demo", SetDemo, "MODEL[,MODEL...]", "show simulated instruments, one window each, up to six"},
+    OptionRow{"--demo", SetDemo, "MODEL[,MODEL...]",
+              "show simulated instruments, one window each, up to six"},
     OptionRow{"--seconds", SetSeconds, "N", "end the demonstration after N seconds"},
 };
 

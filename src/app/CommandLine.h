@@ -25,8 +25,8 @@ struct CommandLine {
     InstTypeCode model = InstTypeCode::Unknown;
     std::string calFile;
     std::vector<InstTypeCode> demoModels;
-    int runSeconds = 0;          ///< demonstration: end after so many seconds; 0 runs on
-    std::string files;           ///< Convert: "data file;calibration file" as given
+    int runSeconds = 0;  ///< demonstration: end after so many seconds; 0 runs on
+    std::string files;   ///< Convert: "data file;calibration file" as given
     std::string message;
 };
 

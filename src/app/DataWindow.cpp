@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "app/PlottedChannels.h"
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
 #include "decode/Decoders.h"
@@ -15,7 +16,8 @@ namespace marisonde {
 
 namespace {
 
-constexpr Millis kSilence = std::chrono::seconds(11);  ///< an instrument that says nothing for so long has no data
+constexpr Millis kSilence =
+    std::chrono::seconds(11);  ///< an instrument that says nothing for so long has no data
 
 struct StateWordRow {
     InstStateCode state;
@@ -37,6 +39,9 @@ constexpr std::array kStateWords{
     StateWordRow{InstStateCode::OpeningShutter, "Open Shutter"},
     StateWordRow{InstStateCode::ClosingShutter, "Close Shutter"},
 };
+
+constexpr std::array kKindsWithSupply{LineKind::CorvaneVerbose, LineKind::TidalExtraHex, LineKind::TidalFull,
+                                      LineKind::DelphFull};
 
 bool IsSilentByNature(InstStateCode state) {
     return state == InstStateCode::NoConnection || state == InstStateCode::Sleeping;
@@ -85,10 +90,18 @@ void DataWindow::Tick() {
     for (const DataFileTrouble& trouble : Files.FlushIfDue(app_.clock.Steady())) Report(trouble);
 }
 
+/// The supply comes with lines of few kinds, some of which carry no sample.
 void DataWindow::ReadTerminalQueue() {
-    RawSample housekeeping;
-    while (Link.TermQueue.GetNext(line_))
-        if (DecodeVoltageOnly(line_, housekeeping)) Link.State.SupplyVoltage = housekeeping.Voltage;
+    while (Link.TermQueue.GetNext(line_)) {
+        const LineKind kind = ClassifyLine(line_);
+        if (kind == LineKind::CorvaneHousekeeping)
+            DecodeVoltageOnly(line_, supply_);
+        else if (std::find(kKindsWithSupply.begin(), kKindsWithSupply.end(), kind) != kKindsWithSupply.end())
+            ParseRawLine(line_, kind, Link.State.InstType, supply_);
+        else
+            continue;
+        Link.State.SupplyVoltage = supply_.Voltage;
+    }
 }
 
 /// A download goes to the files alone: nothing is plotted.
@@ -161,6 +174,9 @@ bool DataWindow::LoadCalIntoWindow(const std::string& path) {
     Link.State.CalReady = true;
     app_.prefs.CalFile = path;
     Plot.SetupChartForInstrument(Link.CalData.InstType);
+    for (const PlottedChannel& channel : PlottedChannels(Link.CalData.InstType, Link.CalData))
+        if (!channel.calibrated)
+            Chart.ChartGroups(channel.group).SetDisplay(channel.series, SeriesDisplay::Kept);
     CalibrationChanged();
     return true;
 }
@@ -239,8 +255,8 @@ std::string DataWindow::WhereDataAre() const {
 std::string DataWindow::DefaultFileName() const {
     const CivilDate now = CivilFromDate(app_.clock.Now());
     const auto two = [](int n) { return std::string(n < 10 ? "0" : "") + std::to_string(n); };
-    std::string name = Link.CalData.Serial.empty() ? std::string(InstTypeName(Link.State.InstType))
-                                                   : Link.CalData.Serial;
+    std::string name =
+        Link.CalData.Serial.empty() ? std::string(InstTypeName(Link.State.InstType)) : Link.CalData.Serial;
     for (char& c : name)
         if (c == '/' || c == '\\' || c == ':') c = '_';
     name += " " + std::to_string(now.year) + "-" + two(now.month) + "-" + two(now.day);

@@ -19,8 +19,9 @@ namespace marisonde {
 class DataWindow {
   public:
     /// Takes the lowest free slot. `app` and `dialogs` outlive the window.
-    DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<SerialLine> line,
-               DataFiles::MakeFile makeFile = [] { return std::make_unique<DiskFile>(); });
+    DataWindow(
+        AppContext& app, Dialogs& dialogs, std::unique_ptr<SerialLine> line,
+        DataFiles::MakeFile makeFile = [] { return std::make_unique<DiskFile>(); });
     ~DataWindow();
     DataWindow(const DataWindow&) = delete;
     DataWindow& operator=(const DataWindow&) = delete;
@@ -34,15 +35,16 @@ class DataWindow {
     [[nodiscard]] AppContext& App() { return app_; }
     [[nodiscard]] Dialogs& Ask() { return dialogs_; }
 
-    /// The heart of the program, every 50 ms: input, output, then the queued samples into file, readouts and graph.
+    /// The heart of the program, every 50 ms: input, output, then the queued samples into file, readouts and
+    /// graph.
     void Tick();
 
     /// Loads a calibration and sets the graph up for it. False: the dialogs have shown why, nothing changed.
     bool LoadCalIntoWindow(const std::string& path);
     /// To be called when the calibration or the application's optical parameters have changed.
     void CalibrationChanged();
-    /// Opens a port on which an instrument of this model is assumed to be. An error text for the user, or empty.
-    /// A calibration of another model is not used; the dialogs say so.
+    /// Opens a port on which an instrument of this model is assumed to be. An error text for the user, or
+    /// empty. A calibration of another model is not used; the dialogs say so.
     std::string OpenWithoutQuery(int port, int baud, InstTypeCode model);
     /// Starts the temporary raw log, and the calibrated file beside it when a calibration is there.
     void OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath = "");
@@ -68,8 +70,9 @@ class DataWindow {
     AppContext& app_;
     Dialogs& dialogs_;
     std::optional<Converter> converter_;
-    std::string line_;        ///< the queued line at hand
-    bool lineLost_ = false;   ///< the vanished device has been reported
+    std::string line_;       ///< the queued line at hand
+    RawSample supply_;       ///< the newest line that told the supply voltage
+    bool lineLost_ = false;  ///< the vanished device has been reported
 };
 
 /// The word for a state as the user reads it.

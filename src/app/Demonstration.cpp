@@ -18,6 +18,16 @@ std::chrono::sys_seconds WallTime(double date) {
     return std::chrono::sys_seconds{std::chrono::seconds(static_cast<long>((date - kDay1970) * 86400))};
 }
 
+/// A newcomer looks for half a minute, not for the 100 minutes that a graph begins with; the limits grow from
+/// here.
+void ShowTheFirstHalfMinute(DataWindow& window) {
+    constexpr double kMinutes = 0.5;
+    constexpr double kClearWaterBb = 0.004;  ///< 1/m
+    window.Plot.CurrentTimeMax = kMinutes;
+    window.Chart.Axes(AxisName::X).SetMax(kMinutes);
+    if (!IsDelphFamily(window.Plot.Model())) window.Chart.Axes(AxisName::Y).SetMax(kClearWaterBb);
+}
+
 }  // namespace
 
 DemoInstrument MakeDemoInstrument(InstTypeCode model, int index, const Clock& clock) {
@@ -37,9 +47,11 @@ std::string StartDemo(DataWindow& window, const DemoInstrument& instrument, Inst
     const std::filesystem::path calPath =
         window.App().temporaryFolder / ("demo" + std::to_string(window.Index()) + ".cal");
     std::ofstream(calPath, std::ios::binary) << instrument.calText;
-    if (!window.LoadCalIntoWindow(calPath.string())) return "The calibration could not be written to " + calPath.string();
+    if (!window.LoadCalIntoWindow(calPath.string()))
+        return "The calibration could not be written to " + calPath.string();
     std::string error = window.OpenWithoutQuery(window.Index() + 1, instrument.baud, model);
     if (!error.empty()) return error;
+    ShowTheFirstHalfMinute(window);
     window.OpenDataFiles("raw", true, (folder / window.DefaultFileName()).string());
     return "";
 }

@@ -12,8 +12,9 @@ enum class Choice { First = 1, Second = 0, Third = -1 };
 
 class Operation;
 
-/// The questions and notices of one window. Each is window-modal: it never holds up another window's instrument.
-/// A question of a cancelled operation closes and answers like the last button that it shows, as does closing it.
+/// The questions and notices of one window. Each is window-modal: it never holds up another window's
+/// instrument. A question of a cancelled operation closes and answers like the last button that it shows, as
+/// does closing it.
 class Dialogs {
   public:
     virtual ~Dialogs() = default;

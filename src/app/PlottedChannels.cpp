@@ -26,6 +26,12 @@ std::string NameOf(const CalibrationDataClass& cal, int index) {
     return name.empty() ? "Channel " + std::to_string(index + 1) : name;
 }
 
+/// A Delph may have more channels than its lines and its calibration carry; those give no attenuation to
+/// show.
+bool HasCalibration(InstTypeCode model, const CalibrationDataClass& cal, int index) {
+    return !IsDelphFamily(model) || cal.Attenuation(index).KL != 0;
+}
+
 }  // namespace
 
 std::vector<PlottedChannel> PlottedChannels(InstTypeCode model, const CalibrationDataClass& cal) {
@@ -38,6 +44,7 @@ std::vector<PlottedChannel> PlottedChannels(InstTypeCode model, const Calibratio
         const bool fluorescence = IsCorvaneFamily(model) && i >= ChannelsShown(model);
         channel.unit = fluorescence ? "" : kPerMeter;
         wavelengths.push_back(WavelengthOfChannel(FirstNumber(channel.name), cal.Channel(i).lambda));
+        channel.calibrated = HasCalibration(model, cal, i);
         channels.push_back(std::move(channel));
     }
     for (std::size_t i = 0; i < channels.size(); ++i)

@@ -17,6 +17,7 @@ struct PlottedChannel {
     std::string name;
     std::string unit;  ///< empty when the calibration gives none
     PackedColor color = 0;
+    bool calibrated = true;  ///< false: the calibration says nothing of it, so its values mean nothing
 };
 
 /// The channels of a model in the order of their readouts; none for a model that has no curves.

@@ -49,9 +49,12 @@ const std::array kRows{
 
 std::string TextOfFlag(bool flag, FlagText style) {
     switch (style) {
-        case FlagText::Upper: return flag ? "TRUE" : "FALSE";
-        case FlagText::Mixed: return flag ? "True" : "False";
-        case FlagText::Number: break;
+        case FlagText::Upper:
+            return flag ? "TRUE" : "FALSE";
+        case FlagText::Mixed:
+            return flag ? "True" : "False";
+        case FlagText::Number:
+            break;
     }
     return flag ? "1" : "0";
 }

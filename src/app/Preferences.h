@@ -11,9 +11,10 @@ namespace marisonde {
 inline constexpr int kMinGraphPoints = 1000;
 inline constexpr int kMaxGraphPoints = 100000;
 
-/// The per-user settings of the application; those of sigma, pure water and graph defaults live with their models.
+/// The per-user settings of the application; those of sigma, pure water and graph defaults live with their
+/// models.
 struct Preferences {
-    std::string Path;  ///< the program's folder as last run; empty means a new user
+    std::string Path;                   ///< the program's folder as last run; empty means a new user
     std::int32_t ConnectOnStartup = 0;  ///< 0 no, 1 restore the previous connection, 2 search
     bool NameFilesOnOpen = false;
     std::string UserHeader;  ///< text for the [UserHeader] of data files

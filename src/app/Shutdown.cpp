@@ -11,7 +11,8 @@ namespace marisonde {
 namespace {
 
 Question SleepQuestion(const DataWindow& window) {
-    return {"Put the " + std::string(InstTypeName(window.Link.State.InstType)) + " to sleep before disconnecting?",
+    return {"Put the " + std::string(InstTypeName(window.Link.State.InstType)) +
+                " to sleep before disconnecting?",
             "Yes", "No", "Cancel"};
 }
 
@@ -19,7 +20,8 @@ Question NotConfirmedQuestion() {
     return {"The instrument did not confirm the sleep command.  Disconnect anyway?", "Yes", "No", "Cancel"};
 }
 
-/// What the user is told the unsaved data came from: the file while it has a name, else the instrument's serial.
+/// What the user is told the unsaved data came from: the file while it has a name, else the instrument's
+/// serial.
 std::string SourceOf(const DataWindow& window) {
     const auto& named = window.Files.State().rawFinal;
     return named.empty() ? window.Link.State.InstSerial : named.string();

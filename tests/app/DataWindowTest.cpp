@@ -1,9 +1,8 @@
-#include "app/DataWindow.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <sstream>
 
+#include "app/DataWindow.h"
 #include "app/WindowFixture.h"
 
 namespace marisonde {
@@ -13,8 +12,12 @@ using simulator::Model;
 
 class DataWindowTest : public WindowFixture {
   protected:
-    std::string RawText(const DataWindow& window) { return TestFolder::Read(window.Files.State().rawTemporary); }
-    std::string DatText(const DataWindow& window) { return TestFolder::Read(window.Files.State().datTemporary); }
+    std::string RawText(const DataWindow& window) {
+        return TestFolder::Read(window.Files.State().rawTemporary);
+    }
+    std::string DatText(const DataWindow& window) {
+        return TestFolder::Read(window.Files.State().datTemporary);
+    }
 
     /// One "*T" line of the Corvane-6, as its simulated instrument sends it.
     std::string SampleLine() {
@@ -278,9 +281,10 @@ TEST_F(DataWindowTest, CalibrationOfAnotherModelIsNotUsed) {
     EXPECT_TRUE(window.LoadCalIntoWindow(path.string()));
     EXPECT_EQ(window.OpenWithoutQuery(3, 19200, InstTypeCode::Corvane6), "");
     ASSERT_EQ(dialogs.errors.size(), 1U);
-    EXPECT_EQ(dialogs.errors[0],
-              "The current calibration file type (Delph-4) does not match the detected instrument (Corvane-6).  "
-              "Load an appropriate calibration file, or select the 'Load Calibration from Instrument' option.");
+    EXPECT_EQ(
+        dialogs.errors[0],
+        "The current calibration file type (Delph-4) does not match the detected instrument (Corvane-6).  "
+        "Load an appropriate calibration file, or select the 'Load Calibration from Instrument' option.");
     EXPECT_FALSE(window.Link.State.CalReady);
 }
 
@@ -301,7 +305,9 @@ TEST_F(DataWindowTest, MissingCalibrationFileIsSaid) {
 }
 
 TEST_F(DataWindowTest, WindowsTakeTheLowestFreeSlot) {
-    const auto make = [this] { return std::make_unique<DataWindow>(app, dialogs, std::make_unique<ScriptedLine>()); };
+    const auto make = [this] {
+        return std::make_unique<DataWindow>(app, dialogs, std::make_unique<ScriptedLine>());
+    };
     std::vector<std::unique_ptr<DataWindow>> windows;
     for (int i = 0; i < kMaxWindows; ++i) {
         EXPECT_EQ(app.FirstFreeWindow(), i);

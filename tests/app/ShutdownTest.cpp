@@ -1,5 +1,4 @@
 #include "app/Shutdown.h"
-
 #include "app/WindowFixture.h"
 
 namespace marisonde {
@@ -9,7 +8,8 @@ using simulator::Model;
 
 class ShutdownTest : public WindowFixture {
   protected:
-    ShutdownTest() : pump(clock), operations(pump, [](const std::string&, const std::string& why) { FAIL() << why; }) {}
+    ShutdownTest()
+        : pump(clock), operations(pump, [](const std::string&, const std::string& why) { FAIL() << why; }) {}
 
     /// Runs the gate of closing with these answers, in virtual time, while the instrument's ticks go on.
     /// nullopt: it still waits.
@@ -44,8 +44,10 @@ class ShutdownTest : public WindowFixture {
     Operations operations;
 };
 
-constexpr const char* kUnsaved = "The graph contains unsaved data from Corvane-6 .  Save the data before proceeding?";
-constexpr const char* kReceiving = "You are receiving data from the Corvane-6. Is it OK to close the files now?";
+constexpr const char* kUnsaved =
+    "The graph contains unsaved data from Corvane-6 .  Save the data before proceeding?";
+constexpr const char* kReceiving =
+    "You are receiving data from the Corvane-6. Is it OK to close the files now?";
 constexpr const char* kSleep = "Put the Corvane-6 to sleep before disconnecting?";
 constexpr const char* kNotConfirmed = "The instrument did not confirm the sleep command.  Disconnect anyway?";
 
@@ -62,9 +64,12 @@ TEST_F(ShutdownTest, ButtonsOfTheQuestions) {
     const auto window = Sampling();
     Close(*window, {Choice::Second, Choice::First, Choice::Third});
     ASSERT_EQ(dialogs.asked.size(), 3U);
-    EXPECT_EQ(dialogs.asked[0].first + "|" + dialogs.asked[0].second + "|" + dialogs.asked[0].third, "Yes|No|Cancel");
-    EXPECT_EQ(dialogs.asked[1].first + "|" + dialogs.asked[1].second + "|" + dialogs.asked[1].third, "Yes|Cancel|");
-    EXPECT_EQ(dialogs.asked[2].first + "|" + dialogs.asked[2].second + "|" + dialogs.asked[2].third, "Yes|No|Cancel");
+    EXPECT_EQ(dialogs.asked[0].first + "|" + dialogs.asked[0].second + "|" + dialogs.asked[0].third,
+              "Yes|No|Cancel");
+    EXPECT_EQ(dialogs.asked[1].first + "|" + dialogs.asked[1].second + "|" + dialogs.asked[1].third,
+              "Yes|Cancel|");
+    EXPECT_EQ(dialogs.asked[2].first + "|" + dialogs.asked[2].second + "|" + dialogs.asked[2].third,
+              "Yes|No|Cancel");
 }
 
 TEST_F(ShutdownTest, CancelOfUnsavedDataLeavesEverythingOpen) {

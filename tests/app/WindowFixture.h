@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 #include <utility>
@@ -81,8 +80,8 @@ inline std::string BehindHeader(const std::string& text, const std::string& last
     return place == std::string::npos ? "no header" : text.substr(place + lastHeaderLine.size() + 2);
 }
 
-/// Whether a hexadecimal line ends in its checksum, with or without the "*" summed. A damaged digit of the checksum
-/// ends its number, as in every hexadecimal field.
+/// Whether a hexadecimal line ends in its checksum, with or without the "*" summed. A damaged digit of the
+/// checksum ends its number, as in every hexadecimal field.
 inline bool ChecksumHolds(const std::string& line) {
     if (line.size() < 4 || line[0] != '*') return false;
     unsigned sum = 0;

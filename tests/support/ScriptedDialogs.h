@@ -13,8 +13,8 @@ namespace marisonde {
 /// Answers the questions of a window from a script and keeps every text that the user would have seen.
 class ScriptedDialogs final : public Dialogs {
   public:
-    std::deque<Choice> answers;      ///< for the next questions; with none left a question waits for ever
-    std::string saveBase;            ///< answer of the save dialog
+    std::deque<Choice> answers;  ///< for the next questions; with none left a question waits for ever
+    std::string saveBase;        ///< answer of the save dialog
     std::vector<Question> asked;
     std::vector<std::string> notices;
     std::vector<std::string> errors;

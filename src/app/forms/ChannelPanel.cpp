@@ -55,7 +55,8 @@ ChannelPanel::Row ChannelPanel::MakeRow(int channel) {
     QFont figures = row.value->font();
     figures.setPointSizeF(figures.pointSizeF() * kValueScale);
     row.value->setFont(figures);
-    // A label of fixed size repaints itself alone; a free one would lay the whole window out at each new value.
+    // A label of fixed size repaints itself alone; a free one would lay the whole window out at each new
+    // value.
     row.value->setFixedSize(QFontMetrics(figures).horizontalAdvance("-0.000000"),
                             QFontMetrics(figures).height() + 2);
     auto* grid = new QGridLayout(row.frame);

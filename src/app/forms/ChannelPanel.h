@@ -35,10 +35,10 @@ class ChannelPanel final : public QWidget {
 
   private:
     struct Row {
-        QFrame* frame = nullptr;    ///< Channel_Frame
-        QLabel* swatch = nullptr;   ///< Color_sel
-        QLabel* name = nullptr;     ///< Channel_Text
-        QLabel* value = nullptr;    ///< DataBox
+        QFrame* frame = nullptr;   ///< Channel_Frame
+        QLabel* swatch = nullptr;  ///< Color_sel
+        QLabel* name = nullptr;    ///< Channel_Text
+        QLabel* value = nullptr;   ///< DataBox
     };
     Row MakeRow(int channel);
 

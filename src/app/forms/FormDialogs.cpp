@@ -44,14 +44,15 @@ QCoro::Task<void> FormDialogs::ShowMessage(Operation& operation, std::string tex
 }
 
 QCoro::Task<std::string> FormDialogs::AskSaveBase(Operation& operation, std::string path) {
-    const QPointer<QFileDialog> form = new QFileDialog(
-        parent_, "Save As", FromText(path), "Raw and Calibrated Data (*.raw *.dat)");
+    const QPointer<QFileDialog> form =
+        new QFileDialog(parent_, "Save As", FromText(path), "Raw and Calibrated Data (*.raw *.dat)");
     form->setObjectName("SaveFileDialog");
     form->setAcceptMode(QFileDialog::AcceptSave);
     form->setDefaultSuffix("raw");
     co_await WaitFor(operation, form.data());
     std::string base;
-    if (form && !operation.Cancelled() && form->result() == QDialog::Accepted && !form->selectedFiles().isEmpty())
+    if (form && !operation.Cancelled() && form->result() == QDialog::Accepted &&
+        !form->selectedFiles().isEmpty())
         base = form->selectedFiles().constFirst().toStdString();
     if (form) form->deleteLater();
     co_return base;

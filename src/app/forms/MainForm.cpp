@@ -90,8 +90,7 @@ void MainForm::MakeMenus() {
     file->setObjectName("File_menu");
     QAction* close = file->addAction("&Close Window", QKeySequence::Close, this, &QWidget::close);
     close->setObjectName("CloseWindowItem");
-    QAction* exit =
-        file->addAction("E&xit", QKeySequence::Quit, this, [this] { shell_.ExitCommand(this); });
+    QAction* exit = file->addAction("E&xit", QKeySequence::Quit, this, [this] { shell_.ExitCommand(this); });
     exit->setObjectName("ExitItem");
 
     QMenu* view = menuBar()->addMenu("&View");
@@ -107,12 +106,13 @@ void MainForm::MakeMenus() {
     QMenu* help = menuBar()->addMenu("&Help");
     help->setObjectName("Help_menu");
     QAction* about = help->addAction("&About Marisonde", this, [this] {
-        auto* box = new QMessageBox(QMessageBox::Information, "About Marisonde",
-                                    "Marisonde " + QString::fromUtf8(kVersion.data(), kVersion.size()) +
-                                        "\n\nLive calibrated graphs of optical instruments in the sea."
-                                        "\nFree software under the GNU General Public License, version 3 or later."
-                                        "\nBuilt with Qt, QCustomPlot, QCoro and {fmt}.",
-                                    QMessageBox::Ok, this);
+        auto* box =
+            new QMessageBox(QMessageBox::Information, "About Marisonde",
+                            "Marisonde " + QString::fromUtf8(kVersion.data(), kVersion.size()) +
+                                "\n\nLive calibrated graphs of optical instruments in the sea."
+                                "\nFree software under the GNU General Public License, version 3 or later."
+                                "\nBuilt with Qt, QCustomPlot, QCoro and {fmt}.",
+                            QMessageBox::Ok, this);
         box->setAttribute(Qt::WA_DeleteOnClose);
         box->open();
     });
@@ -122,6 +122,7 @@ void MainForm::MakeMenus() {
 void MainForm::MakeStatusBar() {
     QStatusBar* bar = statusBar();
     bar->setObjectName("StatusBar");
+    bar->setContentsMargins(8, 0, 4, 0);
     panels_.state = StatusPanel(bar, "Status_Box", "State of the instrument", "Starting: 000 s");
     panels_.elapsed = StatusPanel(bar, "ElapsedPanel", "Time since the first sample", "00000.0 min");
     panels_.depth = StatusPanel(bar, "DepthPanel", "Depth", "-0000.00 m");
@@ -167,20 +168,23 @@ void MainForm::ShowStatus() {
     const QString where = FromText(window_.WhereDataAre());
     if (panels_.files->toolTip() == where) return;
     panels_.files->setToolTip(where);
-    const QString folder = where.isEmpty() ? QString() : TextFromPath(PathFromText(where.section('\n', 0, 0)).parent_path());
+    const QString folder =
+        where.isEmpty() ? QString() : TextFromPath(PathFromText(where.section('\n', 0, 0)).parent_path());
     const QString link = QUrl::fromLocalFile(folder).toString().toHtmlEscaped();
-    panels_.files->setText(where.isEmpty() ? QString()
-                                           : QString("<a href=\"%1\">Recording in %2</a>")
-                                                 .arg(link, folder.toHtmlEscaped()));
+    panels_.files->setText(
+        where.isEmpty() ? QString()
+                        : QString("<a href=\"%1\">Recording in %2</a>").arg(link, folder.toHtmlEscaped()));
 }
 
 void MainForm::InstrumentChanged() {
     std::vector<ChannelRow> rows;
     chart_->ClearSeriesStyles();
     for (const PlottedChannel& channel : PlottedChannels(window_.Plot.Model(), window_.Link.CalData)) {
+        if (!channel.calibrated) continue;
         const QColor color(RedOf(channel.color), GreenOf(channel.color), BlueOf(channel.color));
         chart_->SetSeriesStyle(channel.group, channel.series, FromText(channel.name), color);
-        rows.push_back({channel.box, FromText(channel.name), FromText(channel.unit), chart_->ShownColor(color)});
+        rows.push_back(
+            {channel.box, FromText(channel.name), FromText(channel.unit), chart_->ShownColor(color)});
     }
     channels_->SetChannels(rows);
     ShowStatus();

@@ -36,7 +36,8 @@ std::string RecoveryNotice(const RecoveryReport& report) {
     }
     for (const auto& left : report.leftBehind) {
         if (!text.empty()) text += "\n";
-        text += "Data of an earlier run could not be moved to safety (" + left.reason + "): " + left.path.string();
+        text += "Data of an earlier run could not be moved to safety (" + left.reason +
+                "): " + left.path.string();
     }
     return text;
 }
@@ -44,8 +45,12 @@ std::string RecoveryNotice(const RecoveryReport& report) {
 /// Everything that lives as long as the program, in the order in which it must be made.
 struct Program {
     explicit Program(CommandLine::Mode mode)
-        : settings(SettingsPath(mode)), instance(UsualPlaces(settings), settings), app(settings, clock), pump(clock),
-          ports(PortTable::ForThisComputer()), shell(app, pump) {
+        : settings(SettingsPath(mode)),
+          instance(UsualPlaces(settings), settings),
+          app(settings, clock),
+          pump(clock),
+          ports(PortTable::ForThisComputer()),
+          shell(app, pump) {
         app.temporaryFolder = instance.Folder();
         newUser = LoadPreferences(settings, ProgramFolder().string(), app.prefs);
         SigmaParamsLoad sigma = LoadSigmaParams(settings, ProgramFolder(), DataFolder());
@@ -80,10 +85,11 @@ int OpenFirstWindow(Program& program, const CommandLine& line) {
     form->show();
     ShowStartNotices(program, *form, false);
     const std::string& recalled = program.app.prefs.CalFile;
-    const std::string calFile = !line.calFile.empty()                                          ? line.calFile
-                                : program.app.prefs.RecallLastCal && QFileInfo::exists(
-                                      QString::fromStdString(recalled)) ? recalled
-                                                                        : std::string();
+    const std::string calFile =
+        !line.calFile.empty() ? line.calFile
+        : program.app.prefs.RecallLastCal && QFileInfo::exists(QString::fromStdString(recalled))
+            ? recalled
+            : std::string();
     if (!calFile.empty()) form->Window().LoadCalIntoWindow(calFile);
     if (line.mode == CommandLine::Mode::Direct) {
         const std::string error = form->Window().OpenWithoutQuery(line.port, line.baud, line.model);
@@ -117,8 +123,7 @@ void ReportDemo(MainForm& form, bool withPicture) {
 int ShowDemonstration(Program& program, const CommandLine& line) {
     const std::filesystem::path folder = DemoFolder();
     for (const InstTypeCode model : line.demoModels) {
-        DemoInstrument instrument =
-            MakeDemoInstrument(model, program.app.FirstFreeWindow(), program.clock);
+        DemoInstrument instrument = MakeDemoInstrument(model, program.app.FirstFreeWindow(), program.clock);
         MainForm* const form = program.shell.NewWindow(std::move(instrument.line));
         form->show();
         ShowStartNotices(program, *form, true);

@@ -8,7 +8,8 @@ class QPushButton;
 
 namespace marisonde {
 
-/// A question with up to three buttons, or a notice with one. Escape and closing answer with the last button shown.
+/// A question with up to three buttons, or a notice with one. Escape and closing answer with the last button
+/// shown.
 class YesNoCancelForm final : public QDialog {
     Q_OBJECT
 

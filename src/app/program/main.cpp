@@ -19,18 +19,23 @@ int main(int argc, char** argv) {
     using marisonde::CommandLine;
     const CommandLine line = marisonde::ParseCommandLine(ArgumentsOf(argc, argv));
     switch (line.mode) {
-        case CommandLine::Mode::Help: std::fputs(marisonde::HelpText().c_str(), stdout); return 0;
+        case CommandLine::Mode::Help:
+            std::fputs(marisonde::HelpText().c_str(), stdout);
+            return 0;
         case CommandLine::Mode::Version:
-            std::printf("marisonde %.*s\n", static_cast<int>(marisonde::kVersion.size()), marisonde::kVersion.data());
+            std::printf("marisonde %.*s\n", static_cast<int>(marisonde::kVersion.size()),
+                        marisonde::kVersion.data());
             return 0;
         case CommandLine::Mode::Bad:
             std::fprintf(stderr, "marisonde: %s\nTry 'marisonde --help'.\n", line.message.c_str());
             return 2;
-        default: break;
+        default:
+            break;
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName("Marisonde");
-    QApplication::setApplicationVersion(QString::fromUtf8(marisonde::kVersion.data(), marisonde::kVersion.size()));
+    QApplication::setApplicationVersion(
+        QString::fromUtf8(marisonde::kVersion.data(), marisonde::kVersion.size()));
     QApplication::setQuitOnLastWindowClosed(false);
     return marisonde::SubMain(line);
 }
