@@ -20,7 +20,7 @@ std::int64_t CeilDiv(std::int64_t a, std::int64_t b) {
 PixelScale::PixelScale(double min, double max, int pixels, bool flipped)
     : min_(min),
       // A trifle less than the full length, so that the upper limit is still inside.
-      perUnit_(pixels * (1 - 1e-12) / 2 / (max / 2 - min / 2)),
+      perUnit_(pixels * (1 - 1e-8) / 2 / (max / 2 - min / 2)),
       last_(pixels - 1),
       flipped_(flipped) {}
 
