@@ -89,6 +89,8 @@ struct OptionRow {
 const std::array kOptions{
     OptionRow{"--link", "PATH", "make PATH a link to the device; with several models PATH0, PATH1, ...",
               [](Arguments& a, std::string_view v) { return a.link = v, !v.empty(); }},
+    OptionRow{"--cal", "PATH", "write the calibration to PATH; with several models PATH0, PATH1, ...",
+              [](Arguments& a, std::string_view v) { return a.cal = v, !v.empty(); }},
     OptionRow{"--baud", "N", "rate of the instruments: 4800, 9600, 19200 (default), 38400, 57600, 115200",
               SetBaud},
     OptionRow{"--seed", "N", "seed of noise and faults, default 1",
@@ -186,8 +188,8 @@ std::string HelpText() {
     return text;
 }
 
-std::string LinkPath(const std::string& link, std::size_t index, std::size_t count) {
-    return count == 1 ? link : link + std::to_string(index);
+std::string NumberedPath(const std::string& path, std::size_t index, std::size_t count) {
+    return count == 1 ? path : path + std::to_string(index);
 }
 
 }  // namespace marisonde::simulator

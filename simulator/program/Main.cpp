@@ -1,4 +1,5 @@
 #include <chrono>
+#include <fstream>
 #include <iostream>
 #include <memory>
 
@@ -29,6 +30,14 @@ class Berth {
         auto reason = MakeLink(terminal_.Path(), link);
         if (!reason) link_ = link;
         return reason;
+    }
+
+    /// False when the file cannot be written.
+    [[nodiscard]] bool WriteCal(const std::string& path) const {
+        std::ofstream file(path, std::ios::binary);
+        file << instrument_->CalText();
+        file.close();
+        return !file.fail();
     }
 
     [[nodiscard]] std::string Device() const { return terminal_.Path(); }
@@ -76,8 +85,13 @@ bool OpenBerths(const Arguments& arguments, std::vector<Berth>& berths) {
         }
         Berth& berth =
             berths.emplace_back(MakeInstrument(arguments.models[i], options), std::move(*terminal));
+        const std::string cal = NumberedPath(arguments.cal, i, arguments.models.size());
+        if (!arguments.cal.empty() && !berth.WriteCal(cal)) {
+            std::cerr << "marisonde-simulator: cannot write the calibration " << cal << "\n";
+            return false;
+        }
         if (arguments.link.empty()) continue;
-        const std::string link = LinkPath(arguments.link, i, arguments.models.size());
+        const std::string link = NumberedPath(arguments.link, i, arguments.models.size());
         if (const auto reason = berth.Link(link)) {
             std::cerr << "marisonde-simulator: cannot make the link " << link << ": " << *reason << "\n";
             return false;

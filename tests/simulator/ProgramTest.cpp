@@ -213,6 +213,26 @@ TEST_F(Program, LeavesWhatIsNotALinkAlone) {
     EXPECT_EQ(fs::file_size(Link()), 4U);
 }
 
+/// A calibration without its date, which goes with the time of the start.
+std::string Undated(const std::string& cal) {
+    const std::size_t begin = cal.find("CalTime=");
+    return begin == std::string::npos ? "no date" : cal.substr(0, begin) + cal.substr(cal.find("\n", begin));
+}
+
+TEST_F(Program, WritesTheCalibrationOfEachModel) {
+    Running program({"delph-2", "corvane-4", "--cal", Link()});
+    program.Lines(2);
+    for (const auto& [number, model] : {std::pair{"0", Model::Delph2}, std::pair{"1", Model::Corvane4}}) {
+        std::ifstream in(Link() + number, std::ios::binary);
+        const std::string written{std::istreambuf_iterator<char>(in), {}};
+        EXPECT_EQ(Undated(written), Undated(MakeInstrument(model)->CalText()));
+    }
+    EXPECT_EQ(program.End(SIGTERM), 0);
+    Running refused({"delph-2", "--cal", "/nowhere/at/all"});
+    EXPECT_EQ(refused.Lines(1), "marisonde-simulator: cannot write the calibration /nowhere/at/all\n");
+    EXPECT_EQ(refused.End(0), 1);
+}
+
 TEST_F(Program, ExplainsItself) {
     Running help({"--help"});
     const std::string text = help.Lines(20);
