@@ -7,6 +7,7 @@
 
 #include "link/BinaryInput.h"
 #include "link/Commands.h"
+#include "link/ReplyDamage.h"
 #include "link/ReplyText.h"
 
 namespace marisonde {
@@ -75,12 +76,6 @@ QCoro::Task<FetchOutcome> AwaitReply(Operation& operation, InstrumentLink& windo
     co_return Broken(window) ? FetchOutcome::BrokenLine : FetchOutcome::Silent;
 }
 
-template <class Lines>
-bool AnyDamaged(const Lines& lines) {
-    return std::any_of(lines.begin(), lines.end(),
-                       [](const std::string& line) { return LooksDamaged(line); });
-}
-
 bool IsModel(InstTypeCode type) {
     return type != InstTypeCode::Unknown && type != InstTypeCode::NoSuchName;
 }
@@ -106,7 +101,7 @@ void Complete(FetchScope& scope, const FetchRequest& request) {
 }
 
 bool ChannelReplyIsGood(DataWindowState& state, int channel) {
-    return state.ReplyChannel == channel && !AnyDamaged(ReplyLines(state));
+    return state.ReplyChannel == channel && !ReplyLooksDamaged(ReplyLines(state));
 }
 
 /// One command about one channel, from 0.
@@ -129,7 +124,8 @@ QCoro::Task<FetchOutcome> FetchGlobal(Operation& operation, InstrumentLink& wind
     type = window.ReplyCal().InstType;
     // The number of channels hangs on the model: a neighbour of the family would leave some out.
     const bool fits = IsModel(expected) ? type == expected : IsCorvaneFamily(type);
-    co_return fits && !AnyDamaged(ReplyLines(window.State)) ? FetchOutcome::Arrived : FetchOutcome::Damaged;
+    co_return fits && !ReplyLooksDamaged(ReplyLines(window.State)) ? FetchOutcome::Arrived
+                                                                   : FetchOutcome::Damaged;
 }
 
 QCoro::Task<FetchOutcome> FetchChannels(Operation& operation, InstrumentLink& window,
@@ -170,7 +166,7 @@ QCoro::Task<FetchOutcome> LoadCalMultiC(Operation& operation, InstrumentLink& wi
     state.CurrentCommand = "MULTICCAL";
     FetchOutcome outcome = co_await AwaitReply(operation, window, state.CalReady, Millis::max());
     if (outcome != FetchOutcome::Arrived) co_return outcome;
-    if (AnyDamaged(state.CalLines) || !FitsInstrument(scope.Cal().InstType, state.InstType))
+    if (CalTextLooksDamaged(state.CalLines) || !FitsInstrument(scope.Cal().InstType, state.InstType))
         co_return FetchOutcome::Damaged;
     Complete(scope, request);
     co_return outcome;
@@ -191,7 +187,7 @@ QCoro::Task<FetchOutcome> LoadCalDump(Operation& operation, InstrumentLink& wind
     SendCommandNow("DUMPCFG", window);
     FetchOutcome outcome = co_await AwaitReply(operation, window, state.GotIniReply, Millis::max());
     if (outcome != FetchOutcome::Arrived) co_return outcome;
-    if (AnyDamaged(state.CalLines) || !FitsInstrument(scope.Cal().InstType, state.InstType))
+    if (CalTextLooksDamaged(state.CalLines) || !FitsInstrument(scope.Cal().InstType, state.InstType))
         co_return FetchOutcome::Damaged;
     // Keeps the unit awake.
     window.QueueOutput("power1\r");

@@ -31,7 +31,8 @@ class InstrumentLink {
     std::function<void(std::string_view chunk)> OnChunk;        ///< every byte received, as it came
     std::function<void(std::string text)> OnInstrumentMessage;  ///< a "!" line for the user
     std::function<void(std::string text)> OnError;              ///< for the error form
-    /// Opens the connect dialog and calls back once it has closed, whatever came of it.
+    /// Opens the connect dialog and calls back once it has closed, whatever came of it; not after the window
+    /// has gone.
     std::function<void(std::function<void()> whenClosed)> ShowConnectForm;
     std::function<bool()> MayStart;               ///< asked before sampling is started; false stops it
     std::function<void(int baud)> OnRateChanged;  ///< the instrument and the port have gone to another rate

@@ -68,15 +68,4 @@ std::optional<double> WrittenDate(std::string_view text) {
     return date;
 }
 
-bool LooksDamaged(std::string_view line) {
-    const std::size_t key = std::min(line.find_first_of("=:"), line.size());
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        const auto c = static_cast<unsigned char>(line[i]);
-        const bool control = (c < ' ' && c != '\t') || c == 0x7F;
-        // Labels and comments may be in any language; the words before the mark are not.
-        if (control || (c >= 0x80 && i < key)) return true;
-    }
-    return false;
-}
-
 }  // namespace marisonde

@@ -24,7 +24,5 @@ double TailValue(std::string_view line);
 /// "MM/DD/YY" with an optional " hh:mm[:ss]" from the first digit on, in days since 30 December 1899. Years
 /// below 70 are of this century, those below 199 of the last. nullopt: no such date.
 std::optional<double> WrittenDate(std::string_view text);
-/// True when a character stands in the line that no instrument sends: the line was damaged on its way.
-bool LooksDamaged(std::string_view line);
 
 }  // namespace marisonde

@@ -2,6 +2,7 @@
 #include <limits>
 
 #include "LinkBench.h"
+#include "link/ReplyDamage.h"
 #include "link/ReplyParsers.h"
 #include "link/ReplyText.h"
 
@@ -470,6 +471,27 @@ TEST(ReplyText, DamageShowsInCharactersThatAreNeverSent) {
     EXPECT_TRUE(
         LooksDamaged("[Chan\xEE"
                      "el 1]"));
+}
+
+TEST(ReplyText, NumbersThatGoWrongLookDamaged) {
+    for (const char* const good :
+         {"1", " -0.25", "1E+308", "1231002300 (01/3/09 17:05:00)", "0.997\t//not used", "3.5 mm",
+          "01/03/09 17:05", "12,spare", "off", "", "-", "7//x", "1: 2: 3"})
+        EXPECT_FALSE(NumberLooksDamaged(good)) << good;
+    for (const char* const bad : {"1u5", "0.1=3", "-x", "1%5", "12.5;"})
+        EXPECT_TRUE(NumberLooksDamaged(bad)) << bad;
+}
+
+TEST(ReplyText, FormsThatNoCalibrationHasLookDamaged) {
+    EXPECT_FALSE(CalTextLooksDamaged(Lines{"sendcal", "[Comment]", "free: text", "[General]          //Saved",
+                                           "Label=2nd unit", "// note", "kT0=0.5", "Other=thing", "[End]"}));
+    EXPECT_TRUE(CalTextLooksDamaged(Lines{"[General", "Mu=1"}));
+    EXPECT_TRUE(CalTextLooksDamaged(Lines{"[General]", "Mu}1"}));
+    EXPECT_TRUE(CalTextLooksDamaged(Lines{"[General]", "M+=1"}));
+    EXPECT_TRUE(CalTextLooksDamaged(Lines{"[General]", "Mu=1v"}));
+    EXPECT_FALSE(ReplyLooksDamaged(
+        Lines{"CCL,3", "'Channel 3 (bb488)", "' mu: 12.5", "' G1: 1: -2: 3:", "S/N: 12AB"}));
+    EXPECT_TRUE(ReplyLooksDamaged(Lines{"' G1: 1: 2s: 3"}));
 }
 
 }  // namespace
