@@ -54,11 +54,11 @@ double Polynomial(const std::array<double, 6>& coefficients, double x) {
 
 }  // namespace
 
-double Converter::SigmaTerms::At(double K) const {
+inline double Converter::SigmaTerms::At(double K) const {
     return exponential ? s0 * std::exp(exponent * K) : s0 + s1 * K + s2 * (K * K);
 }
 
-double Converter::ModelTerms::At(double bbUncorr, bool withWater) const {
+inline double Converter::ModelTerms::At(double bbUncorr, bool withWater) const {
     return withWater ? offset + 0.4 * bbUncorr / bbTilde : (bbUncorr - water) * 0.4 / bbTilde + offset;
 }
 
@@ -90,6 +90,8 @@ Converter::Converter(const CalibrationDataClass& cal, const SigmaParams& sigma, 
     PrepareDepth(cal);
     if (family_ == Family::Delph) return;
     for (int ch = 0; ch < channels_; ++ch) PrepareScatter(cal, ch, water);
+    lanes_.backscatter = static_cast<std::size_t>(cal.bChannels());
+    for (std::size_t ch = 0; ch < kLanes; ++ch) PrepareLane(ch);
     for (int ch = 0; ch < kChannelSlots; ++ch)
         excitation_[static_cast<std::size_t>(ch)] = cal.Channel(ch).ChEx;
 }
@@ -99,7 +101,6 @@ void Converter::PrepareScatter(const CalibrationDataClass& cal, int ch, const Pu
     ScatterTerms& terms = scatter_[static_cast<std::size_t>(ch)];
     for (std::size_t g = kFirstGain; g <= kLastGain; ++g) {
         terms.gain[g] = channel.gain[g];
-        terms.gainRNominal[g] = channel.gain[g] * channel.RNominal;
         terms.dark[g] = channel.DarkOffset[g];
     }
     terms.Mu = channel.Mu;
@@ -113,6 +114,24 @@ void Converter::PrepareScatter(const CalibrationDataClass& cal, int ch, const Pu
     terms.model.bbTilde = channel.bbTilde;
     terms.sigma = {channel.Sigma[0], channel.Sigma[1], channel.Sigma[2], channel.SigmaExp,
                    channel.UseSigmaExp};
+}
+
+void Converter::PrepareLane(std::size_t ch) {
+    const ScatterTerms& terms = scatter_[ch];
+    for (std::size_t g = kFirstGain; g <= kLastGain; ++g) {
+        const double product = terms.gain[g] * terms.RNominal;
+        lanes_.gainRNominal[g][ch] = Failed(product) ? kFailed : product;
+    }
+    lanes_.Mu[ch] = terms.Mu;
+    lanes_.bTempCoeff[ch] = terms.bTempCoeff;
+    lanes_.c[ch] = terms.toBb.c;
+    lanes_.betaWater[ch] = terms.toBb.betaWater;
+    lanes_.bbWater[ch] = terms.toBb.bbWater;
+    lanes_.beta2bb[ch] = terms.beta2bb;
+    lanes_.modelWater[ch] = terms.model.water;
+    lanes_.modelOffset[ch] = terms.model.offset;
+    // A lane without a channel must not look like a failure.
+    lanes_.bbTilde[ch] = ch < static_cast<std::size_t>(channels_) ? terms.model.bbTilde : 1;
 }
 
 void Converter::PrepareTransmission(const CalibrationDataClass& cal, const SigmaParams& sigma,
@@ -192,20 +211,25 @@ void Converter::ApplyClock(const RawSample& raw, CalibratedSample& out) const {
     out.Time = (raw.Time + raw.Hundredths / 100.0) * kDaysPerSecond + epoch_;
 }
 
-/// Steps that turn the uncorrected beta of a channel into its sigma, beta and bb, with the K of the sample.
-void Converter::ApplySigma(std::size_t ch, CalibratedSample& out) const {
+/// Steps that turn the uncorrected beta of a channel into its sigma, beta and bb, with the K at hand.
+void Converter::ApplySigma(std::size_t ch, double betaUncorr, double K, CalibratedSample& out) const {
     const ScatterTerms& terms = scatter_[ch];
-    out.Sigma[ch] = OrSentinel(terms.sigma.At(static_cast<double>(out.K)));
-    out.beta[ch] = OrSentinel(out.betaUncorr[ch] * out.Sigma[ch]);
-    out.bb[ch] = OrSentinel(static_cast<double>(terms.toBb(out.beta[ch])));
+    const double sigma = OrSentinel(terms.sigma.At(K));
+    const double beta = OrSentinel(betaUncorr * sigma);
+    out.Sigma[ch] = sigma;
+    out.beta[ch] = beta;
+    out.bb[ch] = OrSentinel(static_cast<double>(terms.toBb(beta)));
 }
 
 void Converter::ApplyCorvane(RawSample& raw, CalibratedSample& out) const {
     out.Depth = Single(depth_.slope * static_cast<double>(raw.Pressure) - depth_.offset);
+    LaneInputs in;
+    for (std::size_t ch = 0; ch < kLanes; ++ch) in.usable[ch] = TakeInputs(ch, raw, in, out);
     const double warmth = static_cast<double>(raw.Temp) - calTemp_;
-    for (std::size_t ch = 0; ch < static_cast<std::size_t>(channels_); ++ch) {
-        ApplyCorvaneChannel(ch, warmth, raw, out);
-    }
+    LaneValues values;
+    // Failures are rare: the quick way only notices them, and the careful one puts the sentinels in.
+    if (!ScatterLanes<false>(in, warmth, values)) ScatterLanes<true>(in, warmth, values);
+    StoreLanes(in.usable, values, out);
     ApplyFluorescence(out);
 }
 
@@ -221,25 +245,84 @@ std::int32_t Converter::NormalizedSignal(std::size_t ch, std::size_t gain, const
     return fits ? static_cast<std::int32_t>(counts) : 0;
 }
 
-void Converter::ApplyCorvaneChannel(std::size_t ch, double warmth, RawSample& raw,
-                                    CalibratedSample& out) const {
-    const ScatterTerms& terms = scatter_[ch];
+/// False, with the output of the channel cleared, when it has no usable gain. Other lanes get values that do
+/// no harm.
+bool Converter::TakeInputs(std::size_t ch, RawSample& raw, LaneInputs& in, CalibratedSample& out) const {
+    in.snorm[ch] = 0;
+    in.gainRNominal[ch] = 1;
+    if (ch >= static_cast<std::size_t>(channels_)) return false;
     const std::size_t g = static_cast<unsigned>(raw.Gain[ch]) & kGainMask;
-    const bool usable = g >= kFirstGain && g <= kLastGain;
-    if (!usable || terms.gain[g] == 0) {
+    const bool inRange = g >= kFirstGain && g <= kLastGain;
+    if (!inRange || scatter_[ch].gain[g] == 0) {
         out.Valid[ch] = false;
         out.bbUncorr[ch] = out.bb[ch] = 0;
-        if (!usable) out.betaUncorr[ch] = out.beta[ch] = 0;
-        return;
+        if (!inRange) out.betaUncorr[ch] = out.beta[ch] = 0;
+        return false;
     }
     if (raw.Snorm[ch] == 0) raw.Snorm[ch] = NormalizedSignal(ch, g, raw);
-    const double beta = Divide(terms.Mu * raw.Snorm[ch], terms.gainRNominal[g]);
-    out.betaUncorr[ch] = OrSentinel(Divide(beta, 1 + terms.bTempCoeff * warmth));
-    out.bbUncorr[ch] = OrSentinel(terms.fluorescence ? terms.beta2bb * out.betaUncorr[ch]
-                                                     : static_cast<double>(terms.toBb(out.betaUncorr[ch])));
-    out.Valid[ch] = true;
-    out.K = Single(terms.model.At(out.bbUncorr[ch], withWater_));
-    ApplySigma(ch, out);
+    in.snorm[ch] = raw.Snorm[ch];
+    in.gainRNominal[ch] = lanes_.gainRNominal[g][ch];
+    return true;
+}
+
+/// All channels at once. The quick form leaves what failed as it comes out and answers whether nothing did; a
+/// failed value makes K, sigma or bb infinite or not a number, so these and the divisors are all that is
+/// looked at.
+template <bool careful>
+bool Converter::ScatterLanes(const LaneInputs& __restrict in, double warmth,
+                             LaneValues& __restrict values) const {
+    const auto kept = [](double value) { return careful ? OrSentinel(value) : value; };
+    const auto kept32 = [](double value) {
+        return static_cast<double>(careful ? Single(value) : static_cast<float>(value));
+    };
+    const LaneTerms& __restrict terms = lanes_;
+    PerLane<double> fault;
+    for (std::size_t ch = 0; ch < kLanes; ++ch) {
+        const double warm = 1 + terms.bTempCoeff[ch] * warmth;
+        const double beta = terms.Mu[ch] * in.snorm[ch] / in.gainRNominal[ch];
+        values.betaUncorr[ch] = kept(careful ? Divide(beta, warm) : beta / warm);
+        fault[ch] = warm * 0;
+    }
+    for (std::size_t ch = 0; ch < kLanes; ++ch) {
+        values.bbUncorr[ch] = kept(static_cast<float>(
+            (values.betaUncorr[ch] - terms.betaWater[ch]) * terms.c[ch] + terms.bbWater[ch]));
+    }
+    for (std::size_t ch = terms.backscatter; ch < kLanes; ++ch) {
+        values.bbUncorr[ch] = kept(terms.beta2bb[ch] * values.betaUncorr[ch]);
+    }
+    for (std::size_t ch = 0; ch < kLanes; ++ch) {
+        const ModelTerms model{terms.modelWater[ch], terms.modelOffset[ch], terms.bbTilde[ch]};
+        values.K[ch] = kept32(model.At(values.bbUncorr[ch], withWater_));
+    }
+    for (std::size_t ch = 0; ch < kLanes; ++ch) values.sigma[ch] = kept(scatter_[ch].sigma.At(values.K[ch]));
+    for (std::size_t ch = 0; ch < kLanes; ++ch) {
+        const double beta = kept(values.betaUncorr[ch] * values.sigma[ch]);
+        values.beta[ch] = beta;
+        values.bb[ch] =
+            kept(static_cast<float>((beta - terms.betaWater[ch]) * terms.c[ch] + terms.bbWater[ch]));
+        fault[ch] += values.K[ch] * 0 + values.sigma[ch] * 0 + values.bb[ch] * 0;
+    }
+    double sum = 0;
+    for (const double lane : fault) sum += lane;
+    return sum == 0;
+}
+
+/// Channels without a usable gain keep what TakeInputs gave them.
+void Converter::StoreLanes(const PerLane<bool>& usable, const LaneValues& __restrict values,
+                           CalibratedSample& __restrict out) const {
+    for (std::size_t ch = 0; ch < kLanes; ++ch) {
+        if (!usable[ch]) continue;
+        out.Valid[ch] = true;
+        out.K = static_cast<float>(values.K[ch]);
+    }
+    const auto store = [&usable](const PerLane<double>& from, CalibratedSample::PerChannel<double>& to) {
+        for (std::size_t ch = 0; ch < kLanes; ++ch) to[ch] = usable[ch] ? from[ch] : to[ch];
+    };
+    store(values.betaUncorr, out.betaUncorr);
+    store(values.bbUncorr, out.bbUncorr);
+    store(values.sigma, out.Sigma);
+    store(values.beta, out.beta);
+    store(values.bb, out.bb);
 }
 
 void Converter::ApplyFluorescence(CalibratedSample& out) const {
@@ -290,7 +373,7 @@ void Converter::ApplyTidal(const RawSample& raw, CalibratedSample& out) const {
         out.K = Single(beam.useModel ? terms.model.At(out.bbUncorr[0], withWater_)
                                      : static_cast<double>(out.k[0]) * beam.p);
     }
-    ApplySigma(0, out);
+    ApplySigma(0, out.betaUncorr[0], static_cast<double>(out.K), out);
     if (type_ != InstTypeCode::LTidal) return;
     const double x = out.beta[0] - beam.betaPure;
     out.a =

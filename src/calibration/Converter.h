@@ -42,7 +42,6 @@ class Converter {
     };
     struct ScatterTerms {
         std::array<double, 6> gain{};
-        std::array<double, 6> gainRNominal{};
         std::array<double, 6> dark{};
         double Mu = 0, RNominal = 1, bTempCoeff = 0;
         bool fluorescence = false;
@@ -51,6 +50,30 @@ class Converter {
         ModelTerms model;
         SigmaTerms sigma;
     };
+    static constexpr std::size_t kLanes = 8;
+    template <class T>
+    using PerLane = std::array<T, kLanes>;
+
+    /// The scattering terms of all channels side by side: loops over them fill the vector registers.
+    struct LaneTerms {
+        std::array<PerLane<double>, 8>
+            gainRNominal{};  ///< by the low bits of the gain; not a number: it failed
+        PerLane<double> Mu{}, bTempCoeff{};
+        PerLane<double> c{}, betaWater{}, bbWater{};
+        PerLane<double> beta2bb{};
+        PerLane<double> modelWater{}, modelOffset{}, bbTilde{};
+        std::size_t backscatter = 0;  ///< lanes from here on are fluorescence channels
+    };
+    /// The results of all channels for one sample.
+    struct LaneValues {
+        PerLane<double> betaUncorr, bbUncorr, K, sigma, beta, bb;
+    };
+    /// Counts and gain products that go into the lanes, and which lanes have a usable gain.
+    struct LaneInputs {
+        PerLane<double> snorm, gainRNominal;
+        PerLane<bool> usable;
+    };
+
     struct TransmissionTerms {
         std::array<double, 6> temp{};
         double tempNorm = 0;
@@ -75,6 +98,7 @@ class Converter {
     };
 
     void PrepareScatter(const CalibrationDataClass& cal, int ch, const PureWaterParams& water);
+    void PrepareLane(std::size_t ch);
     void PrepareTransmission(const CalibrationDataClass& cal, const SigmaParams& sigma,
                              const PureWaterParams& water);
     void PrepareBeam(const CalibrationDataClass& cal, int ch);
@@ -83,10 +107,15 @@ class Converter {
     void ApplyClock(const RawSample& raw, CalibratedSample& out) const;
     void ApplyCorvane(RawSample& raw, CalibratedSample& out) const;
     [[nodiscard]] std::int32_t NormalizedSignal(std::size_t ch, std::size_t gain, const RawSample& raw) const;
-    void ApplyCorvaneChannel(std::size_t ch, double warmth, RawSample& raw, CalibratedSample& out) const;
+    [[nodiscard]] bool TakeInputs(std::size_t ch, RawSample& raw, LaneInputs& in,
+                                  CalibratedSample& out) const;
+    template <bool careful>
+    bool ScatterLanes(const LaneInputs& __restrict in, double warmth, LaneValues& __restrict values) const;
+    void StoreLanes(const PerLane<bool>& usable, const LaneValues& __restrict values,
+                    CalibratedSample& __restrict out) const;
     void ApplyFluorescence(CalibratedSample& out) const;
     void ApplyVirtualChannel(std::size_t ch, CalibratedSample& out) const;
-    void ApplySigma(std::size_t ch, CalibratedSample& out) const;
+    void ApplySigma(std::size_t ch, double betaUncorr, double K, CalibratedSample& out) const;
     void ApplyTidal(const RawSample& raw, CalibratedSample& out) const;
     void ApplyTransmission(const RawSample& raw, CalibratedSample& out) const;
     void ApplyDelph(const RawSample& raw, CalibratedSample& out) const;
@@ -98,7 +127,8 @@ class Converter {
     double calTemp_ = 0;
     bool withWater_ = false;
     DepthTerms depth_;
-    std::array<ScatterTerms, 8> scatter_;
+    std::array<ScatterTerms, kLanes> scatter_;
+    LaneTerms lanes_;
     std::array<int, kChannelSlots> excitation_{};  ///< ChEx
     TransmissionTerms transmission_;
     std::array<BeamTerms, 6> beams_;
