@@ -91,6 +91,7 @@ Converter::Converter(const CalibrationDataClass& cal, const SigmaParams& sigma, 
     if (family_ == Family::Delph) return;
     for (int ch = 0; ch < channels_; ++ch) PrepareScatter(cal, ch, water);
     lanes_.backscatter = static_cast<std::size_t>(cal.bChannels());
+    lanes_.count = static_cast<std::size_t>(channels_);
     for (std::size_t ch = 0; ch < kLanes; ++ch) PrepareLane(ch);
     for (int ch = 0; ch < kChannelSlots; ++ch)
         excitation_[static_cast<std::size_t>(ch)] = cal.Channel(ch).ChEx;
@@ -281,26 +282,29 @@ bool Converter::ScatterLanes(const LaneInputs& __restrict in, double warmth,
         const double warm = 1 + terms.bTempCoeff[ch] * warmth;
         const double beta = terms.Mu[ch] * in.snorm[ch] / in.gainRNominal[ch];
         values.betaUncorr[ch] = kept(careful ? Divide(beta, warm) : beta / warm);
-        fault[ch] = warm * 0;
+        fault[ch] = warm - warm;  // 0, or not a number
     }
     for (std::size_t ch = 0; ch < kLanes; ++ch) {
         values.bbUncorr[ch] = kept(static_cast<float>(
             (values.betaUncorr[ch] - terms.betaWater[ch]) * terms.c[ch] + terms.bbWater[ch]));
     }
-    for (std::size_t ch = terms.backscatter; ch < kLanes; ++ch) {
+    for (std::size_t ch = terms.backscatter; ch < terms.count; ++ch) {
         values.bbUncorr[ch] = kept(terms.beta2bb[ch] * values.betaUncorr[ch]);
     }
     for (std::size_t ch = 0; ch < kLanes; ++ch) {
         const ModelTerms model{terms.modelWater[ch], terms.modelOffset[ch], terms.bbTilde[ch]};
         values.K[ch] = kept32(model.At(values.bbUncorr[ch], withWater_));
     }
-    for (std::size_t ch = 0; ch < kLanes; ++ch) values.sigma[ch] = kept(scatter_[ch].sigma.At(values.K[ch]));
+    for (std::size_t ch = 0; ch < terms.count; ++ch)
+        values.sigma[ch] = kept(scatter_[ch].sigma.At(values.K[ch]));
+    for (std::size_t ch = terms.count; ch < kLanes; ++ch) values.sigma[ch] = 1;
     for (std::size_t ch = 0; ch < kLanes; ++ch) {
         const double beta = kept(values.betaUncorr[ch] * values.sigma[ch]);
         values.beta[ch] = beta;
         values.bb[ch] =
             kept(static_cast<float>((beta - terms.betaWater[ch]) * terms.c[ch] + terms.bbWater[ch]));
-        fault[ch] += values.K[ch] * 0 + values.sigma[ch] * 0 + values.bb[ch] * 0;
+        fault[ch] += (values.K[ch] - values.K[ch]) + (values.sigma[ch] - values.sigma[ch]) +
+                     (values.bb[ch] - values.bb[ch]);
     }
     double sum = 0;
     for (const double lane : fault) sum += lane;

@@ -63,6 +63,7 @@ class Converter {
         PerLane<double> beta2bb{};
         PerLane<double> modelWater{}, modelOffset{}, bbTilde{};
         std::size_t backscatter = 0;  ///< lanes from here on are fluorescence channels
+        std::size_t count = 0;        ///< lanes from here on are not used
     };
     /// The results of all channels for one sample.
     struct LaneValues {
