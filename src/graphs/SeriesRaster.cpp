@@ -9,7 +9,19 @@ namespace marisonde {
 namespace {
 
 constexpr int kPiece = 2048;  ///< points at a time: X and its runs stay in the fast memory for all series
+constexpr std::size_t kFewValues = 12;
 constexpr int kNoColumn = std::numeric_limits<int>::min();
+
+/// Raises bytes to at least `rank`. The last block may overlap the one before it: once more does no harm, and
+/// it spares the single steps at the end. `count` is at least Block.
+template <int Block>
+void RaiseInBlocks(std::uint8_t* bytes, int count, std::uint8_t rank) {
+    const auto raise = [&](std::uint8_t* block) {
+        for (int i = 0; i < Block; ++i) block[i] = std::max(block[i], rank);
+    };
+    for (int i = 0; i < count - Block; i += Block) raise(bytes + i);
+    raise(bytes + count - Block);
+}
 
 std::int64_t CeilDiv(std::int64_t a, std::int64_t b) {
     return (a + b - 1) / b;
@@ -111,6 +123,18 @@ void SeriesRaster::DrawPointByPoint(const Run& run, std::span<const double> y, c
         Span(run.column, pen.down && pen.x == run.column ? pen.y : place, place);
         pen = {true, run.column, place};
     }
+}
+
+SeriesRaster::Extremes SeriesRaster::ExtremesOfFew(std::span<const double> values) {
+    double low = values[0];
+    double high = low;
+    double sum = low;
+    for (const double value : values.subspan(1)) {
+        low = value < low ? value : low;
+        high = value > high ? value : high;
+        sum += value;
+    }
+    return {low, high, std::isnan(sum)};
 }
 
 SeriesRaster::Extremes SeriesRaster::ExtremesOf(std::span<const double> values) {
@@ -217,9 +241,14 @@ void SeriesRaster::Span(int column, int y0, int y1) {
 
 void SeriesRaster::Fill(int column, int y0, int y1) {
     std::uint8_t* const pixels =
-        pixels_.data() + static_cast<std::size_t>(column) * static_cast<std::size_t>(yPixels_);
-    const std::uint8_t rank = rank_;
-    for (int y = y0; y <= y1; ++y) pixels[y] = std::max(pixels[y], rank);
+        pixels_.data() + static_cast<std::size_t>(column) * static_cast<std::size_t>(yPixels_) + y0;
+    const int count = y1 - y0 + 1;
+    if (count >= 16)
+        RaiseInBlocks<16>(pixels, count, rank_);
+    else if (count >= 4)
+        RaiseInBlocks<4>(pixels, count, rank_);
+    else
+        for (int i = 0; i < count; ++i) pixels[i] = std::max(pixels[i], rank_);
 }
 
 }  // namespace marisonde

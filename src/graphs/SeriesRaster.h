@@ -86,6 +86,7 @@ class SeriesRaster {
     /// Steps from `start` on that come near enough to 0..pixels-1 to be seen.
     [[nodiscard]] Steps SeenSteps(int start, int direction, std::int64_t length, int pixels) const;
     static Extremes ExtremesOf(std::span<const double> values);
+    static Extremes ExtremesOfFew(std::span<const double> values);
     void FindRuns(std::span<const double> x, const PixelScale& scale);
     void DrawRuns(std::span<const double> y, const PixelScale& scale);
     void DrawRun(const Run& run, std::span<const double> y, const PixelScale& scale, Pen& pen);

@@ -52,7 +52,6 @@ ChartLegend::ChartLegend(QCustomPlot& plot) : legend_(*plot.legend) {
     line->setColumnStretchFactor(1, 0.001);
     plot.plotLayout()->setRowStretchFactor(1, 0.001);
     plot.plotLayout()->setRowSpacing(0);
-    legend_.setLayer("legend");
     legend_.setBorderPen(Qt::NoPen);
     legend_.setBrush(Qt::NoBrush);
     legend_.setMargins(QMargins(4, 0, 4, 4));

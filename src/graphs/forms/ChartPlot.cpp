@@ -11,8 +11,7 @@ namespace marisonde {
 
 namespace {
 
-// The layer of the curves has a buffer of its own between that of background and grid and that of the axes.
-constexpr int kSeriesBuffer = 1;
+constexpr int kBufferAboveCurves = 1;
 // Room for the half of a label that stands beyond the last tick; the library leaves out labels without it.
 constexpr QMargins kLeastMargins(15, 12, 24, 4);
 constexpr double kGridOpacity = 0.35;
@@ -29,7 +28,13 @@ QRect Logical(const QRect& device, double ratio, const QPoint& origin) {
 
 ChartPlot::ChartPlot(const Chart2D& chart, QWidget* parent)
     : QCustomPlot(parent), chart_(chart), legend_(*this) {
-    layer("main")->setMode(QCPLayer::lmBuffered);
+    // Two buffers, as few as an empty plot has: background and grid below the curves, all else above them.
+    // Entries of a legend insist on the layer of that name.
+    QCPLayer* const above = layer("legend");
+    above->setMode(QCPLayer::lmBuffered);
+    for (QCPAxis* axis : {xAxis, yAxis, xAxis2, yAxis2}) axis->setLayer(above);
+    setCurrentLayer("grid");
+    for (const char* unused : {"main", "axes", "overlay"}) removeLayer(layer(unused));
     for (QCPAxis* axis : {xAxis, yAxis, xAxis2, yAxis2}) {
         axis->setTicker(QSharedPointer<ChartTicker>::create(*axis));
         axis->setVisible(true);
@@ -170,18 +175,18 @@ void ChartPlot::paintEvent(QPaintEvent*) {
     if (!painter.isActive()) return;
     painter.fillRect(rect(), mBackgroundBrush);
     for (int i = 0; i < mPaintBuffers.size(); ++i) {
-        if (i != kSeriesBuffer)
-            mPaintBuffers[i]->draw(&painter);
-        else if (!layer_.Image().isNull())
+        if (i == kBufferAboveCurves && !layer_.Image().isNull())
             painter.drawImage(
                 QRectF(axisRect()->topLeft(), QSizeF(layer_.Image().size()) / devicePixelRatioF()),
                 layer_.Image());
+        mPaintBuffers[i]->draw(&painter);
     }
 }
 
 void ChartPlot::resizeEvent(QResizeEvent* event) {
     SyncDevice();
-    legend_.FitTo(event->size().width());
+    setViewport(rect());
+    SyncAxes();
     QCustomPlot::resizeEvent(event);
 }
 
