@@ -269,6 +269,15 @@ TEST(CalLoad, WithoutAnyModelItIsACorvane6) {
     EXPECT_EQ(Loaded("[General]\r\nSerial=N2-5\r\n").InstType, InstTypeCode::Delph2);
 }
 
+TEST(CalText, UnknownKeysAndSectionsArePassedOver) {
+    const Cal plain = Loaded("[General]\r\nSerial=NT-1\r\n[Scattering]\r\nMu=2\r\n[End]\r\n");
+    const Cal noisy = Loaded(
+        "[General]\r\nColour=red\r\nSerial=NT-1\r\n[Whatever]\r\n=5\r\nno key at all\r\n\r\n"
+        "[Scattering]\r\nmu=3\r\nMu=2\r\nGain6=7\r\nSigma4=7\r\nkT9=7\r\n[End]\r\n");
+    EXPECT_EQ(noisy, plain);
+    EXPECT_EQ(plain.Channel(0).Mu, 2);
+}
+
 TEST(CalLoad, LeavesNothingChanged) {
     EXPECT_EQ(Loaded("[Channel 1]\nRNominal=4000\n").ChangedItems, 0);
 }
