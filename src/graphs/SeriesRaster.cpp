@@ -85,10 +85,11 @@ void SeriesRaster::DrawRuns(std::span<const double> y, const PixelScale& scale) 
     Pen pen;
     for (const Run& run : runs_) {
         if (run.column == kNoColumn)
-            pen.down = false;
+            Lift(pen);
         else
             DrawRun(run, y, scale, pen);
     }
+    Lift(pen);
 }
 
 void SeriesRaster::DrawRun(const Run& run, std::span<const double> y, const PixelScale& scale, Pen& pen) {
@@ -100,14 +101,13 @@ void SeriesRaster::DrawRun(const Run& run, std::span<const double> y, const Pixe
         return;
     }
     const int first = scale.At(values.front());
-    if (pen.down) Line(pen.x, pen.y, run.column, first);
     if (values.size() == 1) {
-        Span(run.column, first, first);
-        pen = {true, run.column, first};
+        MoveOn(pen, {true, run.column, first, first, first}, first);
         return;
     }
-    Span(run.column, scale.At(extremes.low), scale.At(extremes.high));
-    pen = {true, run.column, scale.At(values.back())};
+    const int a = scale.At(extremes.low);
+    const int b = scale.At(extremes.high);
+    MoveOn(pen, {true, run.column, scale.At(values.back()), std::min(a, b), std::max(a, b)}, first);
 }
 
 void SeriesRaster::DrawPointByPoint(const Run& run, std::span<const double> y, const PixelScale& scale,
@@ -115,14 +115,39 @@ void SeriesRaster::DrawPointByPoint(const Run& run, std::span<const double> y, c
     for (int i = run.begin; i < run.end; ++i) {
         const double value = y[static_cast<std::size_t>(i)];
         if (std::isnan(value)) {
-            pen.down = false;
+            Lift(pen);
             continue;
         }
         const int place = scale.At(value);
-        if (pen.down && pen.x != run.column) Line(pen.x, pen.y, run.column, place);
-        Span(run.column, pen.down && pen.x == run.column ? pen.y : place, place);
-        pen = {true, run.column, place};
+        if (pen.down && pen.x == run.column)
+            pen = {true, pen.x, place, std::min(pen.low, place), std::max(pen.high, place)};
+        else
+            MoveOn(pen, {true, run.column, place, place, place}, place);
     }
+}
+
+void SeriesRaster::MoveOn(Pen& pen, Pen next, int entry) {
+    if (pen.down) {
+        const int width = std::abs(next.x - pen.x);
+        const int height = std::abs(entry - pen.y);
+        // Between neighbouring columns, by far the commonest case, each column takes its half of the line.
+        if (width == 1 && height > 1) {
+            const int down = entry > pen.y ? 1 : -1;
+            const int half = pen.y + down * ((height + 1) / 2);
+            pen.low = std::min(pen.low, half - down);
+            pen.high = std::max(pen.high, half - down);
+            next.low = std::min(next.low, half);
+            next.high = std::max(next.high, half);
+        }
+        Span(pen.x, pen.low, pen.high);
+        if (width > 1) Line(pen.x, pen.y, next.x, entry);
+    }
+    pen = next;
+}
+
+void SeriesRaster::Lift(Pen& pen) {
+    if (pen.down) Span(pen.x, pen.low, pen.high);
+    pen.down = false;
 }
 
 SeriesRaster::Extremes SeriesRaster::ExtremesOfFew(std::span<const double> values) {
@@ -190,12 +215,6 @@ void SeriesRaster::SteepLine(int x0, int y0, int x1, int y1) {
     const int down = y1 > y0 ? 1 : -1;
     const std::int64_t width = std::abs(x1 - x0);
     const std::int64_t height = std::abs(y1 - y0);
-    if (width == 1) {  // by far the commonest: neighbouring columns
-        const int half = static_cast<int>((height + 1) / 2);
-        Span(x0, y0, y0 + down * (half - 1));
-        Span(x1, y0 + down * half, y1);
-        return;
-    }
     // A row belongs to the column that its middle is nearest to.
     const auto columnOf = [&](std::int64_t row) { return (2 * row * width + height) / (2 * height); };
     const auto firstRowOf = [&](std::int64_t step) {
@@ -219,8 +238,7 @@ void SeriesRaster::FlatLine(int x0, int y0, int x1, int y1) {
     const std::int64_t height = std::abs(y1 - y0);
     const Steps columns = SeenSteps(x0, right, width, xPixels_);
     for (std::int64_t step = columns.first; step <= columns.last; ++step) {
-        const int row =
-            width == 0 ? y0 : y0 + down * static_cast<int>((2 * step * height + width) / (2 * width));
+        const int row = y0 + down * static_cast<int>((2 * step * height + width) / (2 * width));
         Span(x0 + right * static_cast<int>(step), row, row);
     }
 }

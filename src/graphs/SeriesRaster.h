@@ -69,10 +69,13 @@ class SeriesRaster {
         int end;
         int column;
     };
+    /// Where a curve has come to, and the extent in its column that is still to be drawn.
     struct Pen {
-        bool down = false;  ///< the last point has a place
+        bool down = false;
         int x = 0;
         int y = 0;
+        int low = 0;
+        int high = 0;
     };
     struct Extremes {
         double low;
@@ -91,6 +94,10 @@ class SeriesRaster {
     void DrawRuns(std::span<const double> y, const PixelScale& scale);
     void DrawRun(const Run& run, std::span<const double> y, const PixelScale& scale, Pen& pen);
     void DrawPointByPoint(const Run& run, std::span<const double> y, const PixelScale& scale, Pen& pen);
+    /// Draws what is due and the line to `entry`, the first place of the next column.
+    void MoveOn(Pen& pen, Pen next, int entry);
+    void Lift(Pen& pen);
+    /// Pixels of a line over two columns or more; its ends may be left to others.
     void Line(int x0, int y0, int x1, int y1);
     void SteepLine(int x0, int y0, int x1, int y1);
     void FlatLine(int x0, int y0, int x1, int y1);
