@@ -1,7 +1,6 @@
 #include "link/CalibrationFetch.h"
 
 #include <algorithm>
-#include <memory>
 #include <span>
 #include <utility>
 
@@ -14,14 +13,8 @@ namespace marisonde {
 
 namespace {
 
-constexpr Millis kFlAnswer{10000};
-
 bool Stopped(const Operation& operation, const InstrumentLink& window) {
     return operation.Cancelled() || window.State.ConnectStage == kConnectEnded;
-}
-
-bool Broken(const InstrumentLink& window) {
-    return !window.Line().IsOpen() || window.Line().LastError().kind == LineError::Kind::Gone;
 }
 
 bool Silent(const InstrumentLink& window) {
@@ -69,11 +62,13 @@ void ShowProgress(const FetchRequest& request, const std::string& title, const s
 /// Waits for the flag. Silent when `limit` passes first, or when nothing comes for kFetchSilence.
 QCoro::Task<FetchOutcome> AwaitReply(Operation& operation, InstrumentLink& window, const bool& flag,
                                      Millis limit) {
-    const auto over = [&] { return flag || Stopped(operation, window) || Broken(window) || Silent(window); };
+    const auto over = [&] {
+        return flag || Stopped(operation, window) || window.LineBroken() || Silent(window);
+    };
     co_await operation.Until(over, limit);
     if (Stopped(operation, window)) co_return FetchOutcome::Cancelled;
     if (flag) co_return FetchOutcome::Arrived;
-    co_return Broken(window) ? FetchOutcome::BrokenLine : FetchOutcome::Silent;
+    co_return window.LineBroken() ? FetchOutcome::BrokenLine : FetchOutcome::Silent;
 }
 
 bool IsModel(InstTypeCode type) {
@@ -201,37 +196,6 @@ QCoro::Task<FetchOutcome> LoadCalFromInstrument(Operation& operation, Instrument
     if (IsCorvaneFamily(type)) co_return co_await LoadCalGcfCcl(operation, window, request);
     if (IsTidalFamily(type)) co_return co_await LoadCalDump(operation, window, request);
     co_return co_await LoadCalMultiC(operation, window, request);
-}
-
-QCoro::Task<bool> RequestFlStatus(Operation& operation, InstrumentLink& window) {
-    const DataWindowState& state = window.State;
-    if (!state.Connected || !IsCorvaneFamily(state.InstType)) co_return false;
-    SendCommandNow("FL", window);
-    const auto over = [&] { return state.ParamsReplyDone || Broken(window); };
-    co_await operation.Until(over, kFlAnswer);
-    co_return state.ParamsReplyDone && !operation.Cancelled();
-}
-
-QCoro::Task<bool> WaitForOutput(Operation& operation, InstrumentLink& window) {
-    const auto over = [&] { return OutputDone(window) || Broken(window); };
-    co_await operation.Until(over, Millis::max());
-    co_return OutputDone(window) && !Broken(window) && !operation.Cancelled();
-}
-
-QCoro::Task<bool> SendCommandConnected(Operation& operation, InstrumentLink& window, std::string name,
-                                       std::string argument) {
-    if (!window.State.Connected) {
-        if (!window.ShowConnectForm) co_return false;
-        // On the heap: the dialog may close after this operation has been ended.
-        const auto closed = std::make_shared<bool>(false);
-        window.ShowConnectForm([closed] { *closed = true; });
-        const auto over = [&] { return *closed; };
-        co_await operation.Until(over, Millis::max());
-        const bool stopped = operation.Cancelled() || window.State.CancelRequest == kCancelStop;
-        if (stopped || !window.State.Connected) co_return false;
-    }
-    SendCommandNow(name, window, argument);
-    co_return true;
 }
 
 }  // namespace marisonde

@@ -3,6 +3,7 @@
 #include <QCoroTask>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "link/InstrumentLink.h"
 #include "optics/PureWaterParams.h"
@@ -48,14 +49,5 @@ QCoro::Task<FetchOutcome> LoadCalMultiC(Operation& operation, InstrumentLink& wi
 QCoro::Task<FetchOutcome> LoadCalGcfCcl(Operation& operation, InstrumentLink& window, FetchRequest request);
 /// The image or the text dump of the Tidal instruments.
 QCoro::Task<FetchOutcome> LoadCalDump(Operation& operation, InstrumentLink& window, FetchRequest request);
-
-/// Asks for the state of the fluorescence channels and waits for it, at most 10 s. False: not a connected
-/// Corvane, no answer, or cancelled.
-QCoro::Task<bool> RequestFlStatus(Operation& operation, InstrumentLink& window);
-/// Waits until nothing is left to send. False: cancelled, or the line is broken.
-QCoro::Task<bool> WaitForOutput(Operation& operation, InstrumentLink& window);
-/// SendCommand for operations: waits while the connect dialog is open. False: nothing was sent.
-QCoro::Task<bool> SendCommandConnected(Operation& operation, InstrumentLink& window, std::string name,
-                                       std::string argument);
 
 }  // namespace marisonde

@@ -47,6 +47,10 @@ class InstrumentLink {
     [[nodiscard]] SerialLine& Line() { return *line_; }
     [[nodiscard]] const SerialLine& Line() const { return *line_; }
     void UseLine(std::unique_ptr<SerialLine> line) { line_ = std::move(line); }
+    /// The port has closed or its device has vanished.
+    [[nodiscard]] bool LineBroken() const {
+        return !line_->IsOpen() || line_->LastError().kind == LineError::Kind::Gone;
+    }
     [[nodiscard]] InstIdentity Identity() const;
 
     /// Opens the port at 8,N,1 and drops what it held. The error says why it did not open.
