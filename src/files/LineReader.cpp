@@ -1,0 +1,119 @@
+#include "files/LineReader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+
+namespace marisonde {
+
+namespace {
+
+FileError SystemError(int code) {
+    // Some libraries fail without setting errno; an error must never look like success.
+    const int number = code != 0 ? code : EIO;
+    return {number, std::generic_category().message(number)};
+}
+
+std::FILE* OpenHandle(const std::filesystem::path& path) {
+    errno = 0;
+#ifdef _WIN32
+    return _wfopen(path.c_str(), L"rb");
+#else
+    return std::fopen(path.c_str(), "rb");
+#endif
+}
+
+const char* Find(const char* from, const char* end, char wanted) {
+    const void* found = std::memchr(from, wanted, static_cast<std::size_t>(end - from));
+    return found ? static_cast<const char*>(found) : end;
+}
+
+}  // namespace
+
+FileError LineReader::Open(const std::filesystem::path& path) {
+    *this = {};
+    handle_.reset(OpenHandle(path));
+    if (!handle_) return SystemError(errno);
+    std::setvbuf(handle_.get(), nullptr, _IONBF, 0);
+    std::error_code unknown;
+    const auto size = std::filesystem::file_size(path, unknown);
+    if (!unknown) size_ = size;
+    buffer_.resize(kBlock + kLongestLine);
+    at_ = end_ = buffer_.data();
+    atEnd_ = false;
+    Fill();
+    // A folder opens like a file on some systems and fails only when read.
+    return error_;
+}
+
+bool LineReader::Next(std::string_view& line) {
+    if (cut_) DropRestOfLine();
+    const char* end = FindEnd();
+    while (end == end_ && !atEnd_ && end_ - at_ <= static_cast<std::ptrdiff_t>(kLongestLine)) {
+        Fill();
+        end = FindEnd();
+    }
+    line = {at_, static_cast<std::size_t>(end - at_)};
+    if (line.size() > kLongestLine) {
+        line = line.substr(0, kLongestLine);
+        at_ = end;
+        cut_ = true;
+        return true;
+    }
+    if (end != end_) {
+        TakeEnd(end);
+        return true;
+    }
+    at_ = end;
+    return !line.empty();
+}
+
+const char* LineReader::FindEnd() {
+    // Each kind of line end is looked for only once: a file with CR alone would otherwise be searched to the
+    // end of the block for a LF with every line.
+    if (nextCr_ < at_) nextCr_ = Find(at_, end_, '\r');
+    if (nextLf_ < at_) nextLf_ = Find(at_, end_, '\n');
+    return std::min(nextCr_, nextLf_);
+}
+
+void LineReader::TakeEnd(const char* end) {
+    at_ = end + 1;
+    if (*end != '\r') return;
+    if (at_ == end_)
+        dropLf_ = true;
+    else if (*at_ == '\n')
+        ++at_;
+}
+
+void LineReader::Fill() {
+    base_ += Offset(at_);
+    const auto kept = static_cast<std::size_t>(end_ - at_);
+    std::memmove(buffer_.data(), at_, kept);
+    errno = 0;
+    const std::size_t read = std::fread(buffer_.data() + kept, 1, kBlock, handle_.get());
+    if (read < kBlock) {
+        atEnd_ = true;
+        if (std::ferror(handle_.get()) != 0) error_ = SystemError(errno);
+    }
+    at_ = buffer_.data();
+    end_ = at_ + kept + read;
+    nextCr_ = nextLf_ = nullptr;
+    if (dropLf_ && at_ != end_) {
+        if (*at_ == '\n') ++at_;
+        dropLf_ = false;
+    }
+}
+
+void LineReader::DropRestOfLine() {
+    while (FindEnd() == end_ && !atEnd_) {
+        at_ = end_;
+        Fill();
+    }
+    const char* const end = FindEnd();
+    at_ = end;
+    if (end != end_) TakeEnd(end);
+    cut_ = false;
+}
+
+}  // namespace marisonde
