@@ -25,6 +25,7 @@ QCoro::Task<bool> Pause(Operation& operation, InstrumentLink& window, Millis tim
 QCoro::Task<bool> ChangeMode(Operation& operation, InstrumentLink& window, bool highMode, Millis hold) {
     window.QueueOutput("am,0\r");
     window.QueueOutput(highMode ? "mode,0,3\r" : "mode,0,1\r");
+    // Named: g++ 12 frees the awaited task too early when it stands in a condition.
     const bool held = co_await Pause(operation, window, hold);
     if (!held) co_return false;
     window.QueueOutput("am,1\r");
