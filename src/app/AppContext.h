@@ -14,6 +14,7 @@
 namespace marisonde {
 
 class DataWindow;
+class Ports;
 
 /// What all windows of the program share.
 struct AppContext {
@@ -26,6 +27,8 @@ struct AppContext {
     PureWaterParams pureWater;
     LineScratch scratch;
     std::filesystem::path temporaryFolder;
+    int instanceNumber = 1;  ///< of this running copy; part of the names of temporary calibrations
+    Ports* ports = nullptr;  ///< where windows connect; null only where nothing connects
     std::array<DataWindow*, kMaxWindows> windows{};
 
     [[nodiscard]] bool WindowInUse(int index) const {

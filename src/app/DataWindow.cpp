@@ -10,12 +10,15 @@
 #include "files/DatFile.h"
 #include "files/DataFileQuestions.h"
 #include "files/RawFile.h"
+#include "link/HandleResponse.h"
 #include "link/InputLoop.h"
 
 namespace marisonde {
 
 namespace {
 
+constexpr const char* kCalibrationRemedy =
+    "Load an appropriate calibration file, or select the 'Load Calibration from Instrument' option.";
 constexpr Millis kSilence =
     std::chrono::seconds(11);  ///< an instrument that says nothing for so long has no data
 
@@ -69,6 +72,12 @@ DataWindow::DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<Serial
     Link.OnChunk = [this](std::string_view chunk) {
         if (const auto trouble = Files.WriteRaw(chunk, app_.clock.Steady())) Report(*trouble);
     };
+    Link.OnError = [this](std::string text) { dialogs_.ShowError(std::move(text)); };
+    Link.MayStart = [this] { return LogWhatIsStarted(); };
+    Link.OnRateChanged = [this](int baud) {
+        app_.prefs.Baud = baud;
+        app_.settings.SaveSetting("Connection", "Baud", std::to_string(baud));
+    };
     Link.OnInstrumentMessage = [this](std::string text) { dialogs_.ShowInstrumentMessage(std::move(text)); };
 }
 
@@ -79,10 +88,12 @@ DataWindow::~DataWindow() {
 void DataWindow::Tick() {
     if (Link.Line().IsOpen()) {
         ProcessInput(Link, app_.scratch);
+        HandleResponse(Link);
         ReadTerminalQueue();
         Link.SendPending();
     }
     WatchForSilence();
+    WatchLine();
     if (Link.State.TransferActive)
         TransferTick();
     else
@@ -149,16 +160,34 @@ void DataWindow::WatchForSilence() {
     const bool silent = app_.clock.Steady() > state.LastInputTime + kSilence;
     if (silent && !IsSilentByNature(state.InstState)) state.InstState = InstStateCode::NoData;
     state.PrevInstState = state.InstState;
+}
+
+/// A line that fails is told once. While the window connects, whoever connects tells it.
+void DataWindow::WatchLine() {
     const LineError error = Link.Line().LastError();
     if (!error) lineLost_ = false;
-    if (!error || lineLost_) return;
+    if (!error || lineLost_ || !Link.State.Connected || Link.State.ConnectStage == kConnecting) return;
     lineLost_ = true;
-    dialogs_.ShowError("Port " + std::to_string(state.PortNumber) + " has stopped working: " + error.text +
-                       ".  The data received so far are kept.  Check the cable.");
+    dialogs_.ShowError(LineLostText());
+    if (error.kind == LineError::Kind::Gone && OnLineLost) OnLineLost();
+}
+
+std::string DataWindow::LineLostText() const {
+    return "Port " + std::to_string(Link.State.PortNumber) +
+           " has stopped working: " + Link.Line().LastError().text +
+           ".  The data received so far are kept.  Check the cable.";
+}
+
+/// What an instrument is started for is recorded, unless its user has asked for nothing of the kind.
+bool DataWindow::LogWhatIsStarted() {
+    if (Link.State.CurrentCommand != "STARTNOLOG" && !Files.AnyOpen())
+        OpenDataFiles("raw", Link.State.CalReady);
+    return true;
 }
 
 void DataWindow::Report(const DataFileTrouble& trouble) {
-    dialogs_.ShowError(SaveFileErrorText(trouble.name, trouble.temporary, trouble.error));
+    dialogs_.ShowSaveError(SaveFileErrorText(trouble.name, trouble.temporary, trouble.error),
+                           trouble.temporary.parent_path().string());
 }
 
 bool DataWindow::LoadCalIntoWindow(const std::string& path) {
@@ -173,12 +202,16 @@ bool DataWindow::LoadCalIntoWindow(const std::string& path) {
     Link.State.InstType = Link.CalData.InstType;
     Link.State.CalReady = true;
     app_.prefs.CalFile = path;
+    ShowCalibration();
+    return true;
+}
+
+void DataWindow::ShowCalibration() {
     Plot.SetupChartForInstrument(Link.CalData.InstType);
     for (const PlottedChannel& channel : PlottedChannels(Link.CalData.InstType, Link.CalData))
         if (!channel.calibrated)
             Chart.ChartGroups(channel.group).SetDisplay(channel.series, SeriesDisplay::Kept);
     CalibrationChanged();
-    return true;
 }
 
 void DataWindow::CalibrationChanged() {
@@ -203,13 +236,15 @@ std::string DataWindow::OpenWithoutQuery(int port, int baud, InstTypeCode model)
     return "";
 }
 
-/// Why the samples of a connected model cannot be calibrated.
+std::string NoCalibrationText() {
+    return std::string("No calibration file is loaded.  ") + kCalibrationRemedy;
+}
+
 std::string DataWindow::NoFittingCalibration(InstTypeCode model) const {
-    const std::string remedy =
-        "Load an appropriate calibration file, or select the 'Load Calibration from Instrument' option.";
-    if (!Link.State.CalReady) return "No calibration file is loaded.  " + remedy;
+    if (!Link.State.CalReady) return NoCalibrationText();
     return "The current calibration file type (" + std::string(InstTypeName(Link.CalData.InstType)) +
-           ") does not match the detected instrument (" + std::string(InstTypeName(model)) + ").  " + remedy;
+           ") does not match the detected instrument (" + std::string(InstTypeName(model)) + ").  " +
+           kCalibrationRemedy;
 }
 
 void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,6 +32,9 @@ class DataWindow {
     Chart2D Chart;
     LivePlot Plot;
 
+    std::function<void()> OnInstrumentChanged;  ///< another model, calibration or connection
+    std::function<void()> OnLineLost;           ///< the device of an open connection has vanished
+
     [[nodiscard]] int Index() const { return Link.Index(); }
     [[nodiscard]] AppContext& App() { return app_; }
     [[nodiscard]] Dialogs& Ask() { return dialogs_; }
@@ -41,11 +45,17 @@ class DataWindow {
 
     /// Loads a calibration and sets the graph up for it. False: the dialogs have shown why, nothing changed.
     bool LoadCalIntoWindow(const std::string& path);
+    /// Sets conversion and graph up for the calibration that the window holds now.
+    void ShowCalibration();
     /// To be called when the calibration or the application's optical parameters have changed.
     void CalibrationChanged();
     /// Opens a port on which an instrument of this model is assumed to be. An error text for the user, or
     /// empty. A calibration of another model is not used; the dialogs say so.
     std::string OpenWithoutQuery(int port, int baud, InstTypeCode model);
+    /// Why the samples of a connected model cannot be calibrated.
+    [[nodiscard]] std::string NoFittingCalibration(InstTypeCode model) const;
+    /// What the user is told when the device of the port has vanished or its line fails.
+    [[nodiscard]] std::string LineLostText() const;
     /// Starts the temporary raw log, and the calibrated file beside it when a calibration is there.
     void OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath = "");
 
@@ -58,13 +68,14 @@ class DataWindow {
     [[nodiscard]] std::string DefaultFileName() const;
 
   private:
-    [[nodiscard]] std::string NoFittingCalibration(InstTypeCode model) const;
     void ReadTerminalQueue();
     void TransferTick();
     void LiveTick();
     bool TakeNextSample();
     void StoreSample();
     void WatchForSilence();
+    void WatchLine();
+    bool LogWhatIsStarted();
     void Report(const DataFileTrouble& trouble);
 
     AppContext& app_;
@@ -75,6 +86,8 @@ class DataWindow {
     bool lineLost_ = false;  ///< the vanished device has been reported
 };
 
+/// What the user is told when no calibration is at hand.
+std::string NoCalibrationText();
 /// The word for a state as the user reads it.
 std::string StateWord(InstStateCode state, int startsInSeconds);
 
