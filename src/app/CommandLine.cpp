@@ -118,13 +118,16 @@ std::string MissingParts(const CommandLine& line) {
 }  // namespace
 
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
+    if (!arguments.empty() && arguments.front() == "convert")
+        return ParseConvertCommand({arguments.begin() + 1, arguments.end()});
     CommandLine line;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
         if (argument.empty()) continue;
         if (argument[0] != '-') {
             line.mode = CommandLine::Mode::Convert;
-            line.files = argument;
+            if (!line.files.empty()) line.files += ' ';
+            line.files += argument;
             continue;
         }
         if (argument == "--help" || argument == "-h") {
@@ -155,9 +158,11 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
 
 FilePair SplitFilePair(std::string_view files) {
     const auto clean = [](std::string_view name) {
+        // The quotes may stand around each name or around the pair.
         name = Trim(name);
-        const bool quoted = name.size() >= 2 && name.front() == '"' && name.back() == '"';
-        return std::string(quoted ? name.substr(1, name.size() - 2) : name);
+        if (name.starts_with('"')) name.remove_prefix(1);
+        if (name.ends_with('"')) name.remove_suffix(1);
+        return std::string(Trim(name));
     };
     const std::size_t semicolon = files.find(';');
     if (semicolon == std::string_view::npos) return {clean(files), ""};
@@ -167,6 +172,8 @@ FilePair SplitFilePair(std::string_view files) {
 std::string HelpText() {
     std::string text =
         "Usage: marisonde [options]\n"
+        "       marisonde \"DATAFILE;CALFILE\"\n"
+        "       marisonde convert [options] FILE...\n"
         "Shows, records and calibrates what optical instruments in the sea send over serial lines.\n\n";
     for (const OptionRow& row : kOptions) {
         std::string left = "  " + std::string(row.name) + " " + std::string(row.valueName);
@@ -175,6 +182,7 @@ std::string HelpText() {
     }
     text += "  --help                      this text\n";
     text += "  --version                   the version of the program\n\n";
+    text += ConvertHelpText() + "\n";
     text += "Models: " + ModelNames() + ".\n";
     text += "Without options a window opens. MARISONDE_PORTS=\"1=/dev/pts/4,7=/tmp/sim0\" names the ports,\n";
     text += "MARISONDE_SETTINGS=FILE another settings file.\n";

@@ -1,9 +1,11 @@
 #include <QApplication>
+#include <QCoreApplication>
 #include <cstdio>
 #include <string>
 #include <vector>
 
 #include "app/CommandLine.h"
+#include "app/ConvertCommand.h"
 #include "app/forms/SubMain.h"
 #include "common/Version.h"
 
@@ -11,6 +13,19 @@ namespace {
 
 std::vector<std::string> ArgumentsOf(int argc, char** argv) {
     return {argv + 1, argv + argc};
+}
+
+void NameProgram() {
+    QCoreApplication::setApplicationName("Marisonde");
+    QCoreApplication::setApplicationVersion(
+        QString::fromUtf8(marisonde::kVersion.data(), marisonde::kVersion.size()));
+}
+
+/// Scripts convert files on computers that have no display.
+int ConvertWithoutDisplay(int argc, char** argv, const marisonde::CommandLine& line) {
+    const QCoreApplication application(argc, argv);
+    NameProgram();
+    return marisonde::RunConversion(line);
 }
 
 }  // namespace
@@ -29,13 +44,14 @@ int main(int argc, char** argv) {
         case CommandLine::Mode::Bad:
             std::fprintf(stderr, "marisonde: %s\nTry 'marisonde --help'.\n", line.message.c_str());
             return 2;
+        case CommandLine::Mode::Convert:
+        case CommandLine::Mode::ConvertFiles:
+            return ConvertWithoutDisplay(argc, argv, line);
         default:
             break;
     }
     QApplication application(argc, argv);
-    QApplication::setApplicationName("Marisonde");
-    QApplication::setApplicationVersion(
-        QString::fromUtf8(marisonde::kVersion.data(), marisonde::kVersion.size()));
+    NameProgram();
     QApplication::setQuitOnLastWindowClosed(false);
     return marisonde::SubMain(line);
 }

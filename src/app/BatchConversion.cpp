@@ -1,0 +1,105 @@
+#include "app/BatchConversion.h"
+
+#include <algorithm>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace marisonde {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kNoCalibration = "Cannot proceed, because no calibration file is specified.";
+constexpr std::string_view kUnknownCalibration =
+    "Cannot proceed, because the specified calibration file does not exist or is of an unknown type.";
+
+bool IsFolder(const fs::path& path) {
+    std::error_code passedOver;
+    return fs::is_directory(path, passedOver);
+}
+
+std::string WhyNotCalibration(const fs::path& calFile) {
+    if (calFile.empty()) return std::string(kNoCalibration);
+    if (GetCalFileType(calFile).type == InstTypeCode::Unknown) return std::string(kUnknownCalibration);
+    return "";
+}
+
+}  // namespace
+
+fs::path DestinationOf(const BatchRequest& request, const fs::path& source) {
+    return ConvertedPath(source, request.decimal ? ".dec" : ".dat", request.folder);
+}
+
+int CountExisting(const BatchRequest& request) {
+    return static_cast<int>(
+        std::count_if(request.files.begin(), request.files.end(), [&](const fs::path& source) {
+            std::error_code passedOver;
+            return fs::exists(DestinationOf(request, source), passedOver);
+        }));
+}
+
+Question OverwriteQuestion(int existing, int selected) {
+    return {std::to_string(existing) + " of the " + std::to_string(selected) +
+                " files you selected will overwrite existing data files. " + "Do you wish to overwrite them?",
+            "Overwrite", "Cancel", ""};
+}
+
+std::string WhyNotProcess(const ProcessFilesChoice& choice) {
+    if (!IsFolder(choice.sourceFolder))
+        return "Cannot proceed, because the source directory does not exists.";
+    if (!choice.saveToSource && !IsFolder(choice.datFolder))
+        return "Cannot proceed, because the desination directory does not exists.";
+    if (!choice.decimal) {
+        std::string reason = WhyNotCalibration(choice.calFile);
+        if (!reason.empty()) return reason;
+    }
+    if (choice.selected.empty())
+        return "You must select some files from the list to specify those you wish to process.";
+    return "";
+}
+
+BatchRequest RequestOf(const ProcessFilesChoice& choice) {
+    BatchRequest request;
+    for (const std::string& name : choice.selected) request.files.push_back(choice.sourceFolder / name);
+    request.decimal = choice.decimal;
+    request.houseCheck = choice.houseCheck;
+    request.calFile = choice.calFile;
+    if (!choice.saveToSource) request.folder = choice.datFolder;
+    return request;
+}
+
+std::string_view BatchTitle(bool decimal) {
+    return decimal ? "Saving Decimal Data" : "Saving Calibrated Data";
+}
+
+BatchConversion::BatchConversion(BatchRequest request, HeaderStamp stamp, const SigmaParams& sigma,
+                                 const PureWaterParams& water)
+    : request_(std::move(request)), stamp_(std::move(stamp)), sigma_(sigma), water_(water) {}
+
+std::string BatchConversion::Prepare() {
+    if (request_.decimal && request_.calFile.empty()) return "";
+    std::string reason = WhyNotCalibration(request_.calFile);
+    if (!reason.empty()) return reason;
+    CalFileResult result = calibration_.LoadSourceFile(request_.calFile, sigma_, water_);
+    messages_ = std::move(result.messages);
+    return result.ok ? "" : result.error;
+}
+
+ConversionResult BatchConversion::Convert(const fs::path& source, const ConversionHost& host) {
+    const fs::path destination = DestinationOf(request_, source);
+    if (!written_.insert(destination.lexically_normal()).second) {
+        ConversionResult result;
+        result.message =
+            "Error opening " + destination.string() + ": another of the files has just been written there";
+        return result;
+    }
+    if (request_.decimal) {
+        const InstTypeCode assumed = request_.calFile.empty() ? InstTypeCode::Unknown : calibration_.InstType;
+        return ConvertRawToDec(source, destination, request_.houseCheck, assumed, host);
+    }
+    return ConvertRawToDat(source, destination, stamp_, calibration_, sigma_, water_, host);
+}
+
+}  // namespace marisonde

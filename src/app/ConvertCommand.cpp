@@ -1,0 +1,211 @@
+#include "app/ConvertCommand.h"
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <system_error>
+
+#include "app/BatchConversion.h"
+#include "files/FileHeaderInfo.h"
+#include "platform/IniSettings.h"
+#include "platform/Paths.h"
+#include "platform/SystemClock.h"
+
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace marisonde {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Outcome = ConversionResult::Outcome;
+constexpr int kFailed = 1;
+constexpr int kInterrupted = 130;  ///< as a shell tells of programs that were interrupted
+
+bool Exists(const fs::path& path) {
+    std::error_code passedOver;
+    return !path.empty() && fs::exists(path, passedOver);
+}
+
+std::string Counted(std::uint64_t count, std::string_view what) {
+    std::string text = std::to_string(count);
+    text.append(" ").append(what);
+    return count == 1 ? text : text + "s";
+}
+
+std::string SummaryOf(const fs::path& source, const fs::path& destination, const LineCounts& counts) {
+    std::string text =
+        source.string() + ": " + Counted(counts.lines, "line") + ", " + Counted(counts.samples, "sample");
+    if (counts.housekeeping > 0) text += ", " + std::to_string(counts.housekeeping) + " housekeeping";
+    const std::string passedOver = PassedOverText(counts);
+    if (!passedOver.empty()) text += ", " + passedOver;
+    return text + " -> " + destination.string() + "\n";
+}
+
+void Complain(const Console& console, const std::string& text) {
+    console.error("marisonde: " + text + "\n");
+}
+
+/// One line on a terminal that is written over; at most ten times a second, whatever the speed of the run.
+class ProgressLine {
+  public:
+    ProgressLine(const Console& console, std::string name) : console_(console), name_(std::move(name)) {}
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+    ~ProgressLine() {
+        if (shown_ > 0) console_.error("\r" + std::string(shown_, ' ') + "\r");
+    }
+    void Show(const ReadProgress& progress) {
+        if (!console_.showProgress || progress.size == 0) return;
+        const auto now = std::chrono::steady_clock::now();
+        if (now < next_) return;
+        next_ = now + std::chrono::milliseconds(100);
+        const std::uint64_t percent = std::min<std::uint64_t>(progress.done * 100 / progress.size, 100);
+        const std::string text = name_ + ": " + std::to_string(percent) + " %";
+        console_.error("\r" + text);
+        shown_ = text.size();
+    }
+
+  private:
+    const Console& console_;
+    std::string name_;
+    std::size_t shown_ = 0;
+    std::chrono::steady_clock::time_point next_;
+};
+
+void WarnAboutModel(const fs::path& source, InstTypeCode calibrated, const Console& console) {
+    FileHeaderInfo info;
+    if (ReadFileHeader(source, info) || info.DeviceType.empty() || info.InstType == calibrated) return;
+    Complain(console, "warning: " + source.string() + " was recorded by a " + info.DeviceType +
+                          ", but the calibration is that of a " + std::string(InstTypeName(calibrated)) +
+                          ".");
+}
+
+/// Converts one file. False: it was not written.
+bool ConvertOne(const fs::path& source, BatchConversion& batch, const BatchRequest& request, bool overwrite,
+                const Console& console) {
+    const fs::path destination = DestinationOf(request, source);
+    if (!overwrite && Exists(destination)) {
+        Complain(console, destination.string() + " exists already; --overwrite replaces it.");
+        return false;
+    }
+    if (!request.decimal) WarnAboutModel(source, batch.Calibration().InstType, console);
+    ConversionResult result;
+    {
+        ProgressLine line(console, source.string());
+        ConversionHost host;
+        host.progress = [&](const ReadProgress& progress) {
+            line.Show(progress);
+            return !console.interrupted();
+        };
+        result = batch.Convert(source, host);
+    }
+    if (result.outcome == Outcome::Failed) Complain(console, result.message);
+    if (result.outcome != Outcome::Written) return false;
+    console.out(SummaryOf(source, destination, result.counts));
+    return true;
+}
+
+volatile std::sig_atomic_t stopSignal = 0;
+void TakeSignal(int signal) {
+    stopSignal = signal;
+}
+
+bool ErrorsGoToATerminal() {
+#ifdef _WIN32
+    return _isatty(_fileno(stderr)) != 0;
+#else
+    return isatty(STDERR_FILENO) != 0;
+#endif
+}
+
+Console TerminalAtHand() {
+    // A conversion that is interrupted takes away the half of a file that it has written.
+    std::signal(SIGINT, TakeSignal);
+    std::signal(SIGTERM, TakeSignal);
+    Console console;
+    console.out = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); };
+    console.error = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); };
+    console.showProgress = ErrorsGoToATerminal();
+    console.interrupted = [] { return stopSignal != 0; };
+    return console;
+}
+
+}  // namespace
+
+ConvertSettings LoadConvertSettings(const Settings& settings, const fs::path& programFolder,
+                                    const fs::path& dataFolder, double date) {
+    ConvertSettings loaded;
+    SigmaParamsLoad sigma = LoadSigmaParams(settings, programFolder, dataFolder);
+    loaded.sigma = std::move(sigma.params);
+    loaded.water = LoadPureWaterParams(settings);
+    loaded.stamp = {settings.GetSetting("App", "UserHeader"), date};
+    loaded.calFile = settings.GetSetting("App", "CalFile");
+    if (sigma.missingFiles > 0)
+        loaded.missingFiles =
+            "Files needed for sigma correction were not found.  Please check the parameter settings.";
+    return loaded;
+}
+
+int ConvertPair(const std::string& files, const ConvertSettings& settings, const Console& console) {
+    const FilePair pair = SplitFilePair(files);
+    const bool alone = files.find(';') == std::string::npos;
+    const fs::path source = pair.data;
+    const fs::path calFile = alone ? settings.calFile : pair.calibration;
+    if (!Exists(source) || !Exists(calFile)) return kFailed;
+    if (!settings.missingFiles.empty()) Complain(console, settings.missingFiles);
+    CalibrationDataClass calibration;
+    const CalFileResult loaded = calibration.LoadSourceFile(calFile, settings.sigma, settings.water);
+    for (const std::string& message : loaded.messages) Complain(console, message);
+    if (!loaded.ok) {
+        Complain(console, loaded.error);
+        return kFailed;
+    }
+    ConversionHost host;
+    host.progress = [&console](const ReadProgress&) { return !console.interrupted(); };
+    const ConversionResult result = ConvertRawToDat(source, ConvertedPath(source, ".dat"), settings.stamp,
+                                                    calibration, settings.sigma, settings.water, host);
+    if (result.outcome == Outcome::Failed) Complain(console, result.message);
+    return result.outcome == Outcome::Written ? 0 : kFailed;
+}
+
+int ConvertFiles(const CommandLine& line, const ConvertSettings& settings, const Console& console) {
+    const ConvertArguments& arguments = line.convert;
+    BatchRequest request;
+    request.files.assign(arguments.files.begin(), arguments.files.end());
+    request.decimal = arguments.decimal;
+    request.houseCheck = arguments.housekeeping;
+    request.folder = arguments.folder;
+    request.calFile = line.calFile.empty() && !arguments.decimal ? settings.calFile : line.calFile;
+    if (!arguments.decimal && !settings.missingFiles.empty()) Complain(console, settings.missingFiles);
+
+    BatchConversion batch(request, settings.stamp, settings.sigma, settings.water);
+    if (const std::string reason = batch.Prepare(); !reason.empty()) {
+        Complain(console, reason);
+        return kFailed;
+    }
+    for (const std::string& message : batch.Messages()) Complain(console, message);
+    bool allWritten = true;
+    for (const fs::path& source : request.files) {
+        if (!ConvertOne(source, batch, request, arguments.overwrite, console)) allWritten = false;
+        if (console.interrupted()) return kInterrupted;
+    }
+    return allWritten ? 0 : kFailed;
+}
+
+int RunConversion(const CommandLine& line) {
+    const IniSettings stored(SettingsFile());
+    const SystemClock clock;
+    const ConvertSettings settings = LoadConvertSettings(stored, ProgramFolder(), DataFolder(), clock.Now());
+    const Console console = TerminalAtHand();
+    return line.mode == CommandLine::Mode::Convert ? ConvertPair(line.files, settings, console)
+                                                   : ConvertFiles(line, settings, console);
+}
+
+}  // namespace marisonde
