@@ -163,8 +163,8 @@ SeriesRaster::Extremes SeriesRaster::ExtremesOfFew(std::span<const double> value
 }
 
 SeriesRaster::Extremes SeriesRaster::ExtremesOf(std::span<const double> values) {
-    constexpr std::size_t kLanes =
-        4;  // independent chains, so that each comparison need not wait for the last
+    if (values.size() < kFewValues) return ExtremesOfFew(values);
+    constexpr std::size_t kLanes = 4;  // independent chains: no comparison waits for the last one
     double low[kLanes];
     double high[kLanes];
     double sum[kLanes];
