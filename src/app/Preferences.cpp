@@ -121,24 +121,4 @@ std::int32_t ClampGraphPoints(double typed) {
     return std::clamp(ToInt32(typed), kMinGraphPoints, kMaxGraphPoints);
 }
 
-FormPlace LoadFormPlace(const Settings& settings, std::string_view section) {
-    const auto read = [&](std::string_view key, int missing) {
-        const std::string text = settings.GetSetting(section, key);
-        return text.empty() ? missing : static_cast<int>(ToInt32(SafeVal(text)));
-    };
-    const FormPlace design;
-    return {read("Top", design.top), read("Left", design.left), read("Height", design.height),
-            read("Width", design.width)};
-}
-
-void SaveFormPlace(Settings& settings, std::string_view section, const FormPlace& place) {
-    const auto write = [&](std::string_view key, int value) {
-        settings.SaveSetting(section, key, NumberText(static_cast<double>(value)));
-    };
-    write("Top", place.top);
-    write("Left", place.left);
-    write("Height", place.height);
-    write("Width", place.width);
-}
-
 }  // namespace marisonde

@@ -49,14 +49,4 @@ std::int32_t ClampGraphPoints(double typed);
 /// Truth of a stored flag: "TRUE" in any case, or a number other than 0.
 bool FlagFromText(std::string_view text);
 
-/// Place and size of a form in pixels, as text under Top, Left, Height, Width.
-struct FormPlace {
-    int top = 200;
-    int left = 200;
-    int height = 0;  ///< 0: the form's own
-    int width = 0;
-};
-FormPlace LoadFormPlace(const Settings& settings, std::string_view section);
-void SaveFormPlace(Settings& settings, std::string_view section, const FormPlace& place);
-
 }  // namespace marisonde

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "app/DataWindow.h"
+#include "app/FileDialogs.h"
 #include "files/DataFileQuestions.h"
 #include "platform/Operations.h"
 
@@ -43,16 +44,21 @@ QCoro::Task<bool> PutToSleep(Operation& operation, DataWindow& window) {
 
 QCoro::Task<bool> SaveDataFiles(Operation& operation, DataWindow& window) {
     const std::string proposed = window.App().prefs.SavePath + window.DefaultFileName();
-    const std::string base = co_await window.Ask().AskSaveBase(operation, proposed);
-    if (base.empty()) co_return false;
+    const DataFilesToSave there{HasFile(window.Files.State(), DataFileKind::Raw),
+                                HasFile(window.Files.State(), DataFileKind::Dat)};
+    const SaveFileAnswer answer = co_await SaveFileDialog(operation, window.Ask(), window.App().settings,
+                                                          SaveSource::RawData, proposed, there);
+    if (answer.path.empty()) co_return false;
     for (const DataFileKind kind : {DataFileKind::Raw, DataFileKind::Dat}) {
-        if (!HasFile(window.Files.State(), kind)) continue;
-        if (const auto trouble = window.Files.SaveCopy(kind, FinalDataPath(base, kind))) {
-            window.Ask().ShowError(SaveFileErrorText(trouble->name, trouble->temporary, trouble->error));
+        const bool wanted = kind == DataFileKind::Raw ? answer.files.raw : answer.files.dat;
+        if (!wanted) continue;
+        if (const auto trouble = window.Files.SaveCopy(kind, FinalDataPath(answer.path, kind))) {
+            window.Ask().ShowSaveError(SaveFileErrorText(trouble->name, trouble->temporary, trouble->error),
+                                       trouble->temporary.parent_path().string());
             co_return false;
         }
     }
-    window.App().prefs.SavePath = std::filesystem::path(base).parent_path().string() + "/";
+    window.App().prefs.SavePath = std::filesystem::path(answer.path).parent_path().string() + "/";
     co_return true;
 }
 

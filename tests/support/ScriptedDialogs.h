@@ -13,8 +13,11 @@ namespace marisonde {
 /// Answers the questions of a window from a script and keeps every text that the user would have seen.
 class ScriptedDialogs final : public Dialogs {
   public:
-    std::deque<Choice> answers;  ///< for the next questions; with none left a question waits for ever
-    std::string saveBase;        ///< answer of the save dialog
+    std::deque<Choice> answers;     ///< for the next questions; with none left a question waits for ever
+    std::string saveBase;           ///< answer of every file dialog
+    int chosenFilter = 0;           ///< and the type chosen there
+    std::deque<FileChoice> chosen;  ///< answers of the next file dialogs, before `saveBase`
+    std::vector<FileRequest> filesAsked;
     std::vector<Question> asked;
     std::vector<std::string> notices;
     std::vector<std::string> errors;
@@ -33,9 +36,15 @@ class ScriptedDialogs final : public Dialogs {
         notices.push_back(std::move(text));
         co_return;
     }
-    QCoro::Task<std::string> AskSaveBase(Operation&, std::string path) override {
-        proposedBases.push_back(std::move(path));
-        co_return saveBase;
+    QCoro::Task<FileChoice> ChooseFile(Operation&, FileRequest request) override {
+        proposedBases.push_back(request.path);
+        filesAsked.push_back(std::move(request));
+        FileChoice choice{saveBase, chosenFilter};
+        if (!chosen.empty()) {
+            choice = chosen.front();
+            chosen.pop_front();
+        }
+        co_return choice;
     }
     void ShowError(std::string text) override { errors.push_back(std::move(text)); }
     void ShowInstrumentMessage(std::string text) override { fromInstrument.push_back(std::move(text)); }

@@ -1,6 +1,8 @@
 #include "app/forms/FormDialogs.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -27,6 +29,39 @@ QCoro::Task<void> WaitFor(Operation& operation, QDialog* dialog) {
     if (shown && shown->isVisible()) shown->reject();
 }
 
+/// The toolkit takes the last brackets for the pattern and hides them; the name has its own, for the user.
+QStringList ToolkitFilters(const FileRequest& request) {
+    QStringList filters;
+    for (const FileFilter& filter : request.filters) {
+        const QString pattern = QLatin1StringView(filter.pattern.data(), qsizetype(filter.pattern.size()));
+        filters.push_back(
+            QString("%1 (%2)").arg(QLatin1StringView(filter.name.data(), qsizetype(filter.name.size())),
+                                   pattern == "*.*" ? QString("*") : QString(pattern).replace(';', ' ')));
+    }
+    return filters;
+}
+
+QFileDialog* MakeFileDialog(const FileRequest& request, QWidget* parent) {
+    const bool saves = request.purpose == FileRequest::Purpose::Save;
+    auto* form = new QFileDialog(parent, FromText(request.title));
+    form->setObjectName(saves ? "SaveFileDialog" : "OpenFileDialog");
+    form->setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    form->setFileMode(saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    form->setOption(QFileDialog::DontConfirmOverwrite);
+    form->setOption(QFileDialog::HideNameFilterDetails);
+    const QStringList filters = ToolkitFilters(request);
+    form->setNameFilters(filters);
+    form->selectNameFilter(filters.value(request.filter));
+    const QFileInfo proposed(FromText(request.path));
+    if (proposed.isDir()) {
+        form->setDirectory(proposed.filePath());
+    } else if (!request.path.empty()) {
+        form->setDirectory(proposed.path());
+        form->selectFile(proposed.fileName());
+    }
+    return form;
+}
+
 }  // namespace
 
 QCoro::Task<Choice> FormDialogs::ShowChoiceDialog(Operation& operation, Question question) {
@@ -43,24 +78,36 @@ QCoro::Task<void> FormDialogs::ShowMessage(Operation& operation, std::string tex
     co_await ShowChoiceDialog(operation, notice);
 }
 
-QCoro::Task<std::string> FormDialogs::AskSaveBase(Operation& operation, std::string path) {
-    const QPointer<QFileDialog> form =
-        new QFileDialog(parent_, "Save As", FromText(path), "Raw and Calibrated Data (*.raw *.dat)");
-    form->setObjectName("SaveFileDialog");
-    form->setAcceptMode(QFileDialog::AcceptSave);
-    form->setDefaultSuffix("raw");
+QCoro::Task<bool> FormDialogs::ShowOkCancel(Operation& operation, std::string text) {
+    const QPointer<OKCancelForm> form = new OKCancelForm(FromText(text), parent_);
     co_await WaitFor(operation, form.data());
-    std::string base;
-    if (form && !operation.Cancelled() && form->result() == QDialog::Accepted &&
-        !form->selectedFiles().isEmpty())
-        base = form->selectedFiles().constFirst().toStdString();
+    const bool accepted = form && !operation.Cancelled() && form->result() == QDialog::Accepted;
     if (form) form->deleteLater();
-    co_return base;
+    co_return accepted;
+}
+
+QCoro::Task<FileChoice> FormDialogs::ChooseFile(Operation& operation, FileRequest request) {
+    const QPointer<QFileDialog> form = MakeFileDialog(request, parent_);
+    co_await WaitFor(operation, form.data());
+    FileChoice choice;
+    if (form && !operation.Cancelled() && form->result() == QDialog::Accepted &&
+        !form->selectedFiles().isEmpty()) {
+        choice.path = form->selectedFiles().constFirst().toStdString();
+        choice.filter =
+            std::max(0, static_cast<int>(form->nameFilters().indexOf(form->selectedNameFilter())));
+    }
+    if (form) form->deleteLater();
+    co_return choice;
 }
 
 void FormDialogs::ShowError(std::string text) {
     if (!error_) error_ = new ErrorForm(parent_);
     error_->ShowText(FromText(text));
+}
+
+void FormDialogs::ShowSaveError(std::string text, std::string folder) {
+    if (!saveError_) saveError_ = new SaveErrorAlert(parent_);
+    saveError_->ShowText(FromText(text), FromText(folder));
 }
 
 void FormDialogs::ShowInstrumentMessage(std::string text) {

@@ -10,6 +10,7 @@ namespace marisonde {
 
 class ErrorForm;
 class InstErrorForm;
+class SaveErrorAlert;
 
 /// The questions and notices of one window, as forms above it.
 class FormDialogs final : public Dialogs {
@@ -18,13 +19,17 @@ class FormDialogs final : public Dialogs {
 
     QCoro::Task<Choice> ShowChoiceDialog(Operation& operation, Question question) override;
     QCoro::Task<void> ShowMessage(Operation& operation, std::string text) override;
-    QCoro::Task<std::string> AskSaveBase(Operation& operation, std::string path) override;
+    /// A notice that may be refused; false when it is, also by closing it.
+    QCoro::Task<bool> ShowOkCancel(Operation& operation, std::string text);
+    QCoro::Task<FileChoice> ChooseFile(Operation& operation, FileRequest request) override;
     void ShowError(std::string text) override;
+    void ShowSaveError(std::string text, std::string folder) override;
     void ShowInstrumentMessage(std::string text) override;
 
   private:
     QWidget* parent_;
     QPointer<ErrorForm> error_;
+    QPointer<SaveErrorAlert> saveError_;
     QPointer<InstErrorForm> fromInstrument_;
 };
 

@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
 #include <QUrl>
@@ -16,8 +15,8 @@
 #include "app/PlottedChannels.h"
 #include "app/Shutdown.h"
 #include "app/forms/ChannelPanel.h"
+#include "app/forms/FormHelpers.h"
 #include "app/forms/Shell.h"
-#include "app/forms/YesNoCancelForm.h"
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
 #include "common/Version.h"
@@ -28,6 +27,7 @@ namespace marisonde {
 
 namespace {
 
+constexpr QPoint kDesignCorner{200, 200};
 constexpr QSize kDesignSize{1024, 680};
 constexpr QSize kMinimumSize{640, 420};
 constexpr int kCascade = 28;  ///< pixels between windows that would else cover each other
@@ -234,24 +234,13 @@ QPixmap MainForm::Picture() {
 }
 
 void MainForm::SavePlace() const {
-    if (isMinimized()) return;
-    const QRect place = normalGeometry();
-    SaveFormPlace(shell_.App().settings, "App", {place.top(), place.left(), place.height(), place.width()});
+    SaveFormGeometry(shell_.App().settings, *this, "App");
 }
 
 void MainForm::RestorePlace() {
-    const FormPlace place = LoadFormPlace(shell_.App().settings, "App");
-    QRect wanted(QPoint(place.left, place.top),
-                 QSize(place.width > 0 ? place.width : kDesignSize.width(),
-                       place.height > 0 ? place.height : kDesignSize.height()));
-    wanted.translate(kCascade * window_.Index(), kCascade * window_.Index());
-    const QRect screen = QApplication::primaryScreen()->availableVirtualGeometry();
-    wanted.setSize(wanted.size().boundedTo(screen.size()));
-    if (wanted.right() > screen.right()) wanted.moveRight(screen.right());
-    if (wanted.bottom() > screen.bottom()) wanted.moveBottom(screen.bottom());
-    if (wanted.left() < screen.left()) wanted.moveLeft(screen.left());
-    if (wanted.top() < screen.top()) wanted.moveTop(screen.top());
-    setGeometry(wanted);
+    const QPoint cascade(kCascade * window_.Index(), kCascade * window_.Index());
+    RestoreFormGeometry(shell_.App().settings, *this, "App", QRect(kDesignCorner, kDesignSize));
+    PlaceOnScreen(*this, geometry().translated(cascade));
 }
 
 }  // namespace marisonde

@@ -3,6 +3,7 @@
 #include <QDialog>
 
 #include "app/Dialogs.h"
+#include "app/forms/FormHelpers.h"
 
 class QPushButton;
 
@@ -22,8 +23,5 @@ class YesNoCancelForm final : public QDialog {
 
     Choice answer_ = Choice::First;
 };
-
-/// Text from the program's texts and from instruments: bytes are Latin-1 unless they are valid UTF-8.
-QString FromText(const std::string& text);
 
 }  // namespace marisonde
