@@ -48,6 +48,9 @@ class Dialogs {
     virtual QCoro::Task<void> ShowMessage(Operation& operation, std::string text) = 0;
     /// A file dialog. It does not ask before an existing file is chosen for saving: SaveFileDialog does.
     virtual QCoro::Task<FileChoice> ChooseFile(Operation& operation, FileRequest request) = 0;
+    /// The age reminder of the instrument `serial`. Days for which the user wants to hear no more of it; 0:
+    /// remind at the next connection.
+    virtual QCoro::Task<int> ShowCalReminder(Operation& operation, std::string serial, std::string text) = 0;
     /// A notice that nobody waits for.
     virtual void ShowError(std::string text) = 0;
     /// A notice that nobody waits for, about data that could not be saved and lie in `folder`.

@@ -51,6 +51,11 @@ void Operations::CancelAll() {
     for (const auto& entry : running_) entry->operation.Cancel();
 }
 
+void Operations::Cancel(std::string_view name) {
+    for (const auto& entry : running_)
+        if (entry->operation.Name() == name) entry->operation.Cancel();
+}
+
 bool Operations::TurnUntilEnded(int turns) {
     for (int turn = 0; turn < turns && !running_.empty() && !pump_.Turning(); ++turn) pump_.ResumeReady();
     return running_.empty();

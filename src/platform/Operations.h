@@ -54,6 +54,8 @@ class Operations {
     [[nodiscard]] bool Running(std::string_view name) const;
     [[nodiscard]] std::size_t Count() const { return running_.size(); }
     void CancelAll();
+    /// Cancels those of this name.
+    void Cancel(std::string_view name);
     /// Turns the pump until all operations of this owner have ended, at most `turns` times; false when some
     /// go on.
     bool TurnUntilEnded(int turns = 1000);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "app/forms/CalReminderForm.h"
 #include "app/forms/ErrorForm.h"
 #include "app/forms/YesNoCancelForm.h"
 #include "platform/Operations.h"
@@ -98,6 +99,14 @@ QCoro::Task<FileChoice> FormDialogs::ChooseFile(Operation& operation, FileReques
     }
     if (form) form->deleteLater();
     co_return choice;
+}
+
+QCoro::Task<int> FormDialogs::ShowCalReminder(Operation& operation, std::string serial, std::string text) {
+    const QPointer<CalReminderForm> form = new CalReminderForm(FromText(serial), FromText(text), parent_);
+    co_await WaitFor(operation, form.data());
+    const int days = form && !operation.Cancelled() ? form->Days() : 0;
+    if (form) form->deleteLater();
+    co_return days;
 }
 
 void FormDialogs::ShowError(std::string text) {

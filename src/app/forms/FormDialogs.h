@@ -22,6 +22,7 @@ class FormDialogs final : public Dialogs {
     /// A notice that may be refused; false when it is, also by closing it.
     QCoro::Task<bool> ShowOkCancel(Operation& operation, std::string text);
     QCoro::Task<FileChoice> ChooseFile(Operation& operation, FileRequest request) override;
+    QCoro::Task<int> ShowCalReminder(Operation& operation, std::string serial, std::string text) override;
     void ShowError(std::string text) override;
     void ShowSaveError(std::string text, std::string folder) override;
     void ShowInstrumentMessage(std::string text) override;
