@@ -48,7 +48,6 @@ Heard Hear(std::string_view bytes, std::size_t piece) {
         }
     }
     heard.rest = link.State.InputText.Text();
-    if (!heard.rest.empty() && heard.rest[0] == '\n') heard.rest.erase(0, 1);
     return heard;
 }
 

@@ -7,7 +7,10 @@ void InputBuffer::Append(std::string_view chunk) {
 }
 
 bool InputBuffer::NextLine(std::string& line) {
-    if (!empty() && text_[begin_] == '\n') ++begin_;
+    if (!empty()) {
+        if (mayDropLineFeed_ && text_[begin_] == '\n') ++begin_;
+        mayDropLineFeed_ = false;
+    }
     if (scanned_ < begin_) scanned_ = begin_;
     const std::size_t end = text_.find('\r', scanned_);
     if (end == std::string::npos) {
@@ -20,11 +23,13 @@ bool InputBuffer::NextLine(std::string& line) {
     line.assign(text_, begin_, end - begin_);
     begin_ = end + 1;
     scanned_ = begin_;
+    mayDropLineFeed_ = true;
     return true;
 }
 
 void InputBuffer::Clear() {
     text_.clear();
+    mayDropLineFeed_ = true;
     begin_ = 0;
     scanned_ = 0;
 }

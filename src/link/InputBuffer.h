@@ -6,8 +6,8 @@
 
 namespace marisonde {
 
-/// Text from an instrument that is not yet cut into lines. Lines end in a carriage return; a line feed is dropped at
-/// the front of what follows. Text without a line end is bounded: past kMaxPartial the oldest is given up.
+/// Text from an instrument that is not yet cut into lines. Lines end in a carriage return; one line feed is dropped
+/// at the front of what follows, however the text comes in pieces. Text without a line end is bounded: past kMaxPartial the oldest is given up.
 class InputBuffer {
   public:
     static constexpr std::size_t kMaxPartial = 64 * 1024;
@@ -23,6 +23,7 @@ class InputBuffer {
   private:
     std::string text_;
     std::size_t begin_ = 0;    ///< first character not yet taken
+    bool mayDropLineFeed_ = true;
     std::size_t scanned_ = 0;  ///< no carriage return stands between begin_ and here
 };
 

@@ -80,6 +80,15 @@ TEST_F(InputLoopTest, LineFeedBehindACarriageReturnIsDropped) {
     EXPECT_EQ(State().LastLine, "three");
 }
 
+TEST_F(InputLoopTest, OneLineFeedIsDroppedHoweverTheTextComes) {
+    for (const char* piece : {"a\r", "\n", "\n", "b\r"}) Hear(piece);
+    EXPECT_EQ(link_.TermQueue.GetNext(), "a");
+    EXPECT_EQ(link_.TermQueue.GetNext(), "\nb");
+    Hear("c\r\n\nd\r");
+    EXPECT_EQ(link_.TermQueue.GetNext(), "c");
+    EXPECT_EQ(link_.TermQueue.GetNext(), "\nd");
+}
+
 TEST_F(InputLoopTest, EveryByteGoesToTheLogAsItCame) {
     const std::string bytes = std::string("\0\xff*D\r\n\n\r", 8) + "rest";
     Hear(bytes.substr(0, 3));

@@ -55,7 +55,7 @@ void Shell::WindowClosed(MainForm* form) {
     SavePreferences(app_.settings, app_.prefs);
     SaveSigmaParams(app_.settings, app_.sigma);
     SavePureWaterParams(app_.settings, app_.pureWater);
-    QApplication::quit();
+    QCoreApplication::exit(0);
 }
 
 }  // namespace marisonde
