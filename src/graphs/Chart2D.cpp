@@ -49,10 +49,10 @@ void Chart2D::SetRotated(bool rotated) {
 }
 
 void Chart2D::SetIsBatched(bool batched) {
+    const bool ends = batched_ && !batched;
     batched_ = batched;
-    if (batched_ || !changedInBatch_) return;
-    changedInBatch_ = false;
-    if (OnChange) OnChange();
+    // Also without a change within the batch: one from before it may still wait to be shown.
+    if (ends && OnChange) OnChange();
 }
 
 AxisRange Chart2D::DataRange(AxisName name) const {
@@ -89,10 +89,7 @@ void Chart2D::NoteAxesChanged() {
 }
 
 void Chart2D::Changed() {
-    if (batched_)
-        changedInBatch_ = true;
-    else if (OnChange)
-        OnChange();
+    if (!batched_ && OnChange) OnChange();
 }
 
 }  // namespace marisonde

@@ -38,7 +38,7 @@ class Chart2D {
     [[nodiscard]] std::uint64_t PointsRevision() const { return pointsRevision_; }
     /// Grows when something about an axis has changed; PointsRevision grows with it.
     [[nodiscard]] std::uint64_t AxesRevision() const { return axesRevision_; }
-    /// Called at each change outside a batch and at the end of a batch with changes. Must not throw.
+    /// Called at each change outside a batch and at the end of a batch. Must not throw.
     std::function<void()> OnChange;
 
     /// Smallest and largest value that the drawn points have on an axis; min above max when there is none.
@@ -58,7 +58,6 @@ class Chart2D {
     ChartAxis y2_;
     bool rotated_ = false;
     bool batched_ = false;
-    bool changedInBatch_ = false;
     std::uint64_t pointsRevision_ = 1;
     std::uint64_t axesRevision_ = 1;
 };

@@ -129,7 +129,6 @@ TEST_F(ChartGroupTest, BatchHoldsTheNoticeBackUntilItsEnd) {
     EXPECT_EQ(notices, 0);
     chart.SetIsBatched(false);
     EXPECT_EQ(notices, 1);
-    chart.SetIsBatched(true);
     chart.SetIsBatched(false);
     EXPECT_EQ(notices, 1);
     group.FastAdd(1);

@@ -89,6 +89,18 @@ TEST_F(ChartViewTest, KeepsItsPictureDuringABatch) {
     EXPECT_EQ(Plot().xAxis->range().upper, 7);
 }
 
+TEST_F(ChartViewTest, ChangeBeforeABatchIsShownAfterIt) {
+    chart.Axes(AxisName::X).SetMax(7);  // the view is marked
+    chart.SetIsBatched(true);
+    QElapsedTimer time;
+    for (time.start(); time.elapsed() < 120;) QApplication::processEvents(QEventLoop::AllEvents, 20);
+    EXPECT_EQ(Plot().xAxis->range().upper, 100);
+    chart.SetIsBatched(false);
+    for (time.start(); time.elapsed() < 5000 && Plot().xAxis->range().upper != 7;)
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+    EXPECT_EQ(Plot().xAxis->range().upper, 7);
+}
+
 TEST_F(ChartViewTest, AxesShowLimitsAndTitles) {
     EXPECT_EQ(Plot().xAxis->label(), "Elapsed Time (minutes)");
     EXPECT_EQ(Plot().yAxis->label(), "Attenuation (/m)");

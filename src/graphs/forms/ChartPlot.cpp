@@ -169,7 +169,8 @@ QPointF ChartPlot::PixelToData(int group, const QPoint& position) const {
 }
 
 void ChartPlot::paintEvent(QPaintEvent*) {
-    // A new size comes here without a refresh before it. Anything else waits for one, as long as a batch lasts.
+    // A new size comes here without a refresh before it. Anything else waits for one, as long as a batch
+    // lasts.
     if (layer_.Geometry().pixels != GeometryAt(devicePixelRatioF()).pixels) RedrawLayer();
     QCPPainter painter(this);
     if (!painter.isActive()) return;
