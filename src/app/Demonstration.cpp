@@ -1,7 +1,9 @@
 #include "app/Demonstration.h"
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <system_error>
 #include <utility>
 
 #include "app/DataWindow.h"
@@ -28,6 +30,25 @@ void ShowTheFirstHalfMinute(DataWindow& window) {
     if (!IsDelphFamily(window.Plot.Model())) window.Chart.Axes(AxisName::Y).SetMax(kClearWaterBb);
 }
 
+/// Windows of one model begin in the same second, and files of an earlier demonstration may be there.
+bool IsTaken(DataWindow& window, const std::filesystem::path& raw) {
+    std::error_code passedOver;
+    const auto& windows = window.App().windows;
+    return std::filesystem::exists(raw, passedOver) ||
+           std::any_of(windows.begin(), windows.end(), [&](const DataWindow* other) {
+               return other != nullptr && other->Files.State().rawFinal == raw;
+           });
+}
+
+/// A name in the folder that no other demonstration window has, for both data files.
+std::filesystem::path FreeBase(DataWindow& window, const std::filesystem::path& folder) {
+    const std::string name = window.DefaultFileName();
+    std::filesystem::path base = folder / name;
+    for (int number = 2; IsTaken(window, FinalDataPath(base, DataFileKind::Raw)); ++number)
+        base = folder / (name + " (" + std::to_string(number) + ")");
+    return base;
+}
+
 }  // namespace
 
 DemoInstrument MakeDemoInstrument(InstTypeCode model, int index, const Clock& clock) {
@@ -52,7 +73,7 @@ std::string StartDemo(DataWindow& window, const DemoInstrument& instrument, Inst
     std::string error = window.OpenWithoutQuery(window.Index() + 1, instrument.baud, model);
     if (!error.empty()) return error;
     ShowTheFirstHalfMinute(window);
-    window.OpenDataFiles("raw", true, (folder / window.DefaultFileName()).string());
+    window.OpenDataFiles("raw", true, FreeBase(window, folder).string());
     return "";
 }
 

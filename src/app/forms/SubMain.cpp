@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QPointer>
 #include <QTimer>
 #include <cstdio>
 #include <filesystem>
@@ -42,10 +43,16 @@ std::string RecoveryNotice(const RecoveryReport& report) {
     return text;
 }
 
+/// Shows a notice in a window, if there is one, and on the terminal: off screen nobody sees the window.
+void Tell(MainForm* form, const std::string& text) {
+    if (form != nullptr) form->Ask().ShowError(text);
+    std::fprintf(stderr, "marisonde: %s\n", text.c_str());
+}
+
 /// Everything that lives as long as the program, in the order in which it must be made.
 struct Program {
     explicit Program(CommandLine::Mode mode)
-        : settings(SettingsPath(mode)),
+        : settings(SettingsPath(mode), [this](const std::string& reason) { TellSettingsProblem(reason); }),
           instance(UsualPlaces(settings), settings),
           app(settings, clock),
           pump(clock),
@@ -59,6 +66,12 @@ struct Program {
         app.pureWater = LoadPureWaterParams(settings);
     }
 
+    /// Settings are also saved when no window is left to show that they cannot be.
+    void TellSettingsProblem(const std::string& reason) const {
+        Tell(first.data(), "The settings cannot be kept: " + reason + ".");
+    }
+
+    QPointer<MainForm> first;
     SystemClock clock;
     IniSettings settings;
     Instance instance;
@@ -70,10 +83,13 @@ struct Program {
     int missingSigmaFiles = 0;
 };
 
+/// What there is to say about the start, in the first window.
 void ShowStartNotices(Program& program, MainForm& form, bool demo) {
+    if (program.first) return;
+    program.first = &form;
     const std::string recovered = RecoveryNotice(program.instance.Recovered());
-    if (!recovered.empty()) form.Ask().ShowError(recovered);
-    if (!program.instance.Problem().empty()) form.Ask().ShowError(program.instance.Problem());
+    if (!recovered.empty()) Tell(&form, recovered);
+    if (!program.instance.Problem().empty()) Tell(&form, program.instance.Problem());
     if (program.missingSigmaFiles > 0)
         form.Ask().ShowError(
             "Files needed for sigma correction were not found.  Please check the parameter settings.");
