@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <string>
 #include <utility>
@@ -18,6 +19,8 @@ class ScriptedDialogs final : public Dialogs {
     int chosenFilter = 0;           ///< and the type chosen there
     std::deque<FileChoice> chosen;  ///< answers of the next file dialogs, before `saveBase`
     std::vector<FileRequest> filesAsked;
+    int reminderDays = 0;  ///< answer of the age reminder; below 0 it waits for ever
+    std::vector<std::string> reminders;
     std::vector<Question> asked;
     std::vector<std::string> notices;
     std::vector<std::string> errors;
@@ -45,6 +48,11 @@ class ScriptedDialogs final : public Dialogs {
             chosen.pop_front();
         }
         co_return choice;
+    }
+    QCoro::Task<int> ShowCalReminder(Operation& operation, std::string serial, std::string text) override {
+        reminders.push_back(serial + ": " + text);
+        co_await operation.Until([this] { return reminderDays >= 0; }, std::chrono::hours(1000));
+        co_return std::max(0, reminderDays);
     }
     void ShowError(std::string text) override { errors.push_back(std::move(text)); }
     void ShowInstrumentMessage(std::string text) override { fromInstrument.push_back(std::move(text)); }
