@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "simulator/FieldText.h"
+#include "simulator/Models.h"
 
 namespace marisonde::simulator {
 
@@ -43,7 +44,7 @@ void CalWriter::General(std::string_view model, std::string_view serial, std::st
     Line("[General]          //Saved by Marisonde 2.85");
     Text("DeviceType", model);
     Text("Serial", serial);
-    Text("Label", "Simulated");
+    Text("Label", kLabel);
     Text("Config", config);
     Six("MaxDepth", maxDepthM);
 }
@@ -64,8 +65,8 @@ void CalWriter::CalTime(std::int64_t secondsUnix, bool base1980) {
     Text("CalTime", std::to_string(count) + " (" + written + ")");
 }
 
-void CalWriter::Sigma(const SigmaLaw& law, double lambdaNm) {
-    Text("Sigma1", SixDigits(OldSigma(lambdaNm, law)) + "\t//not used by v2.7 and later");
+void CalWriter::Sigma(const SigmaLaw& law, double old) {
+    Text("Sigma1", SixDigits(old) + "\t//not used by v2.7 and later");
     Six("Sigma2", law.linear);
     Six("Sigma3", law.square);
     Six("SigmaExp", law.exponent);

@@ -30,8 +30,8 @@ class CalWriter {
     void General(std::string_view model, std::string_view serial, std::string_view config, double maxDepthM);
     /// Seconds since 1970, written on the base 1970 with a day without leading zero, or on the base 1980.
     void CalTime(std::int64_t secondsUnix, bool base1980);
-    /// Sigma1 of older readers, then the law's own coefficients.
-    void Sigma(const SigmaLaw& law, double lambdaNm);
+    /// Sigma1 of older readers (see OldSigma), then the law's own coefficients.
+    void Sigma(const SigmaLaw& law, double old);
 
     [[nodiscard]] std::string Take() { return std::move(text_); }
 

@@ -37,12 +37,19 @@ void AppendCsv(std::string& out, std::int64_t value) {
 }  // namespace
 
 Corvane::Corvane(Model model, const Options& options)
-    : Instrument(model, options), cal_(CorvaneCalibrationOf(model)) {
-    for (const CorvaneChannel& channel : cal_.channels) views_.emplace_back(channel.lambdaNm, channel.sigma);
+    : Instrument(model, options),
+      cal_(CorvaneCalibrationOf(model)),
+      told_{cal_, CalibratedAt()},
+      stored_(told_) {
+    for (const CorvaneChannel& channel : cal_.channels) {
+        views_.emplace_back(channel.lambdaNm, channel.sigma);
+        if (channel.lit >= 0) fluorescence_.push_back(0);
+    }
+    storedFluorescence_ = fluorescence_;
 }
 
 std::string Corvane::CalText() const {
-    return CorvaneCalText(cal_, Info(), Config(), CalibratedAt());
+    return CorvaneCalText(told_.cal, CalInfo(), Config(), told_.calTime);
 }
 
 Truth Corvane::TruthAt(Millis now) const {

@@ -24,6 +24,10 @@ struct CorvaneChannel {
     GainOffsets dark, nominal, fluorescence;
     /// Fluorescence channels: the channels whose losses the light suffers, by index; -1 on others.
     int lit = -1, received = -1;
+    // What users may set, beside the above.
+    double rOutOff = 0;              ///< whole
+    double bb2c = 0;                 ///< whole
+    std::optional<double> sigma0{};  ///< unset: in clear water
 };
 
 struct CorvaneCalibration {
@@ -33,6 +37,23 @@ struct CorvaneCalibration {
     double maxDepthM;
     std::vector<CorvaneChannel> channels;
 };
+
+/// As told: what was set, or else the sigma in clear water.
+double Sigma0(const CorvaneChannel& channel);
+/// Number from 1 of the channel that lights for channel `index`, and of the fluorescence channel that its
+/// receiver serves too; 0 none.
+int ExcitedBy(const CorvaneCalibration& cal, std::size_t index);
+int ReportedBy(const CorvaneCalibration& cal, std::size_t index);
+/// Values in the order of "ccl": Mu, RNominal, ROutOff with SigmaExp as its fraction, beta to bb, bb to c
+/// with a tenth of MuRho as its fraction, sigma 0 to 2, temperature coefficient, gains 1 to 5. Empty texts
+/// leave a value as it is. False, and nothing changed, when one cannot be read or there are too many.
+bool SetChannel(CorvaneChannel& channel, std::span<const std::string_view> texts);
+/// In the order of "cof": five dark offsets, five nominal ones, five of fluorescence. As SetChannel.
+bool SetOffsets(CorvaneChannel& channel, std::span<const std::string_view> texts);
+/// What "ccl" says of a channel, lines in CR LF.
+std::string ChannelListing(const CorvaneCalibration& cal, std::size_t index);
+/// What "CCF" says of a channel.
+std::string FactoryListing(const CorvaneCalibration& cal, std::size_t index);
 
 /// Backscattering sensors with two, four or six wavelengths; two of them with fluorescence too.
 class Corvane final : public Instrument {
@@ -45,8 +66,16 @@ class Corvane final : public Instrument {
   protected:
     void AppendSample(std::string& out, const Moment& moment) override;
     void AppendExtra(std::string& out, const Moment& moment) override;
+    [[nodiscard]] std::span<const Command> FamilyCommands() const override;
+    [[nodiscard]] double MaxDepthM() const override { return cal_.maxDepthM; }
+    void LoadStoredCal() override { told_ = stored_, fluorescence_ = storedFluorescence_; }
 
   private:
+    /// What the instrument tells of its calibration.
+    struct Told {
+        CorvaneCalibration cal;
+        std::int64_t calTime;  ///< seconds since 1970
+    };
     struct Slot {
         int gain = 0;
         int snorm = 0;
@@ -60,6 +89,26 @@ class Corvane final : public Instrument {
         int tenthsOfVolt = 0;
     };
 
+    [[nodiscard]] bool GivesChannels() const { return Settings().calStore != CalStore::File; }
+    [[nodiscard]] bool GivesFile() const { return Settings().calStore != CalStore::Channels; }
+    /// The index of the channel whose number comes first, or nothing.
+    [[nodiscard]] std::optional<std::size_t> ChannelIn(std::span<const std::string_view> texts) const;
+    void SendCalFile(std::string_view argument);
+    void MakeIniFile(std::string_view argument);
+    void Gcf(std::string_view argument);
+    void Ccl(std::string_view argument);
+    void Cof(std::string_view argument);
+    void Ccf(std::string_view argument);
+    void StoreChannels(std::string_view argument);
+    void StoreGlobal(std::string_view argument);
+    void Log(std::string_view argument);
+    void StoreLog(std::string_view argument);
+    void Shutter(std::string_view argument);
+    void Fl(std::string_view argument);
+    void StoreFl(std::string_view argument);
+    bool SetGlobal(std::span<const std::string_view> texts);
+    [[nodiscard]] std::string GlobalListing() const;
+    [[nodiscard]] bool SetFl(std::string_view argument);
     [[nodiscard]] double TrueBb(std::size_t ch, const WaterState& water) const;
     void Measure(const Moment& moment);
     /// The reading of one channel at `tempC` as the host will know it.
@@ -69,7 +118,9 @@ class Corvane final : public Instrument {
     void AppendDecimal(std::string& out, const Moment& moment);
 
     const CorvaneCalibration& cal_;
-    std::vector<HostView> views_;  ///< by channel
+    Told told_, stored_;
+    std::vector<HostView> views_;                         ///< by channel
+    std::vector<int> fluorescence_, storedFluorescence_;  ///< sharing by fluorescence channel, 0 to 2
     std::array<AutoGain, kCorvaneSlots> gains_;
     Sample sample_;
 };

@@ -127,8 +127,10 @@ void WriteChannel(CalWriter& out, const CorvaneChannel& channel, int number, boo
     out.Text("Name", channel.name);
     out.Numbered("Gain", 1, channel.gains);
     out.Six("Mu", channel.Mu);
-    out.Sigma(channel.sigma, channel.lambdaNm);
+    out.Sigma(channel.sigma, Sigma0(channel));
     out.Six("RNominal", channel.RNominal);
+    if (channel.rOutOff != 0) out.Six("ROutOff", channel.rOutOff);
+    if (channel.bb2c != 0) out.Six("Bb2c", channel.bb2c);
     out.Six("Beta2Bb", channel.beta2bb);
     out.Six("MuRho", channel.MuRho);
     out.Six("TempCoeff", channel.tempCoeff);
@@ -138,6 +140,10 @@ void WriteChannel(CalWriter& out, const CorvaneChannel& channel, int number, boo
 }
 
 }  // namespace
+
+double Sigma0(const CorvaneChannel& channel) {
+    return channel.sigma0.value_or(OldSigma(channel.lambdaNm, channel.sigma));
+}
 
 const CorvaneCalibration& CorvaneCalibrationOf(Model model) {
     if (model == Model::Corvane4) return kFour;

@@ -29,7 +29,7 @@ Delph::Delph(Model model, const Options& options)
     : Instrument(model, options), cal_(DelphCalibrationOf(model)) {}
 
 std::string Delph::CalText() const {
-    return DelphCalText(cal_, Info(), Config(), CalibratedAt());
+    return DelphCalText(cal_, CalInfo(), Config(), CalibratedAt());
 }
 
 Truth Delph::TruthAt(Millis now) const {

@@ -43,6 +43,8 @@ class Delph final : public Instrument {
     void AppendSample(std::string& out, const Moment& moment) override;
     /// These models send nothing between samples.
     void AppendExtra(std::string& out, const Moment& moment) override;
+    [[nodiscard]] std::span<const Command> FamilyCommands() const override;
+    [[nodiscard]] double MaxDepthM() const override { return cal_.maxDepthM; }
 
   private:
     struct Sample {
@@ -52,6 +54,8 @@ class Delph final : public Instrument {
         int hundredthsOfDegree = 0;
     };
 
+    void Log(std::string_view argument);
+    void StoreLog(std::string_view argument);
     void Measure(const Moment& moment);
     [[nodiscard]] double PressureCounts(double depthM, double tempC) const;
     /// Counts less all effects of temperature, as a host compensates them.

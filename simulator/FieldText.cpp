@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 
@@ -65,6 +66,37 @@ std::string AllDigits(double value) {
 }
 std::string AllDigits(float value) {
     return Shortest(value);
+}
+
+std::string UpperCase(std::string_view text) {
+    std::string upper(text);
+    for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return upper;
+}
+
+std::string_view Trimmed(std::string_view text) {
+    const auto begin = text.find_first_not_of(' ');
+    if (begin == std::string_view::npos) return {};
+    return text.substr(begin, text.find_last_not_of(' ') - begin + 1);
+}
+
+std::vector<std::string_view> SplitAtCommas(std::string_view text) {
+    std::vector<std::string_view> pieces;
+    while (!text.empty()) {
+        const auto comma = std::min(text.find(','), text.size());
+        pieces.push_back(Trimmed(text.substr(0, comma)));
+        text.remove_prefix(std::min(comma + 1, text.size()));
+    }
+    return pieces;
+}
+
+std::optional<double> NumberFrom(std::string_view text) {
+    text = Trimmed(text);
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value))
+        return std::nullopt;
+    return value;
 }
 
 }  // namespace marisonde::simulator

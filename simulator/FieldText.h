@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "simulator/Options.h"
 
@@ -22,5 +25,13 @@ std::string SixDigits(double value);
 /// Shortest text that reads back to the same value.
 std::string AllDigits(double value);
 std::string AllDigits(float value);
+
+std::string UpperCase(std::string_view text);
+/// Without blanks at both ends.
+std::string_view Trimmed(std::string_view text);
+/// The trimmed pieces between commas; none of an empty text.
+std::vector<std::string_view> SplitAtCommas(std::string_view text);
+/// A whole text that is one decimal number, blanks around it allowed.
+std::optional<double> NumberFrom(std::string_view text);
 
 }  // namespace marisonde::simulator

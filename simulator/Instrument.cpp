@@ -1,11 +1,12 @@
 #include "simulator/Instrument.h"
 
 #include <algorithm>
-#include <cctype>
+#include <cmath>
 #include <utility>
 
 #include "simulator/Corvane.h"
 #include "simulator/Delph.h"
+#include "simulator/FieldText.h"
 #include "simulator/Tidal.h"
 
 namespace marisonde::simulator {
@@ -15,9 +16,10 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Millis kTurnOn = 400ms;
-constexpr Millis kShutterTurn = 2500ms;
 constexpr Millis kCount = 1000ms;
 constexpr std::size_t kLongestCommand = 200;
+constexpr std::size_t kLongestInbox = 4096;
+constexpr char kCancel = 3;
 // Housekeeping comes about this often, and no more than before every tenth sample.
 constexpr double kUsualExtraS = 10;
 
@@ -34,29 +36,39 @@ double NaturalRate(Family family) {
     return family == Family::Corvane ? 2 : 4;
 }
 
-std::string UpperCase(std::string_view text) {
-    std::string upper(text);
-    for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return upper;
+Nanos FromSeconds(double seconds) {
+    return Nanos{static_cast<std::int64_t>(seconds * 1e9)};
+}
+
+/// With the serial that the options give. It is a view of their text.
+ModelInfo InfoFor(Model model, const Options& options) {
+    ModelInfo info = InfoOf(model);
+    if (!options.serial.empty()) info.serial = options.serial;
+    return info;
 }
 
 }  // namespace
 
 Instrument::Instrument(Model model, const Options& options)
-    : info_(InfoOf(model)),
-      options_(options),
+    : options_(options),
+      info_(InfoFor(model, options_)),
       form_(options.form == LineForm::Natural ? NaturalForm(model) : options.form),
       shutter_(info_.family == Family::Corvane &&
                options.shutter.value_or(info_.config.find("T1") != std::string_view::npos)),
       line_(options.baud),
       faults_(options.faults, options.seed),
       water_(options.bottomM),
-      noise_(options.seed) {
+      noise_(options.seed),
+      memory_(options.startDate.time_since_epoch().count()) {
     const double rate = options.samplesPerSecond > 0 ? options.samplesPerSecond : NaturalRate(info_.family);
     extraEvery_ = options.extraEvery;
     if (extraEvery_ < 0)
         extraEvery_ = IsHexForm(form_) ? std::max(10, static_cast<int>(kUsualExtraS * rate)) : 0;
-    period_ = std::max(Nanos{1}, Nanos{static_cast<std::int64_t>(1e9 / rate)});
+    period_ = std::max(Nanos{1}, FromSeconds(1 / rate));
+    settings_.period = 1 / rate;
+    settings_.startOnPower = options.powerOn == PowerOn::Sampling ? 1 : 0;
+    settings_.hexadecimal = IsHexForm(form_) ? 1 : 0;
+    storedSettings_ = settings_;
     if (options.powerOn == PowerOn::Sleeping) state_ = State::Asleep;
     if (options.powerOn != PowerOn::Sampling) return;
     state_ = State::Sampling;
@@ -84,10 +96,32 @@ void Instrument::Warn(std::string_view text, Millis now) {
     Say("!" + std::string(text));
 }
 
+void Instrument::Restart(Millis now) {
+    AdvanceTo(now);
+    work_.reset();
+    block_.reset();
+    recording_.reset();
+    question_ = Question::None;
+    inbox_.clear();
+    command_.clear();
+    state_ = State::Stopped;
+    shutterOpen_ = false;
+    echo_ = true;
+    Adopt(storedSettings_);
+    LoadStoredCal();
+}
+
 void Instrument::AdvanceTo(Nanos now) {
-    while (state_ != State::Asleep && state_ != State::Stopped && due_ <= now) {
-        now_ = std::max(now_, due_);
-        StepState();
+    for (;;) {
+        const bool stateDue = StateIsTimed() && due_ <= now;
+        const bool workDue = work_ && work_->due <= now;
+        if (!stateDue && !workDue) break;
+        const bool workFirst = workDue && (!stateDue || work_->due <= due_);
+        now_ = std::max(now_, workFirst ? work_->due : due_);
+        if (workFirst)
+            StepWork();
+        else
+            StepState();
     }
     now_ = std::max(now_, now);
 }
@@ -95,6 +129,17 @@ void Instrument::AdvanceTo(Nanos now) {
 void Instrument::EnterAfter(State state, Millis delay) {
     state_ = state;
     due_ = now_ + delay;
+}
+
+void Instrument::WorkAfter(Nanos delay, std::function<void()> run) {
+    work_ = Work{now_ + delay, std::move(run)};
+}
+
+void Instrument::StepWork() {
+    const auto run = std::move(work_->run);
+    work_.reset();
+    run();
+    HearWhatWaited();
 }
 
 void Instrument::StepState() {
@@ -111,13 +156,24 @@ void Instrument::StepState() {
             CountDown();
             break;
         case State::Sampling:
-            TakeSample();
+            if (!BetweenBursts()) TakeSample();
             due_ += period_;
+            break;
+        case State::Downloading:
+            SendCastLine();
+            break;
+        case State::SendingBlock:
+            Send(block_->OnDue(now_));
+            EndBlock();
             break;
         case State::Asleep:
         case State::Stopped:
             break;
     }
+}
+
+bool Instrument::MovesShutter() const {
+    return shutter_ && settings_.shutterEnabled != 0 && settings_.shutterAuto != 0;
 }
 
 void Instrument::EndShutterTurn() {
@@ -126,11 +182,11 @@ void Instrument::EndShutterTurn() {
     Send("..done");
     Say("");
     if (shutterOpen_) BeginCountdown();
-    for (const char byte : std::exchange(inbox_, {})) HearByte(byte);
+    HearWhatWaited();
 }
 
 void Instrument::BeginCountdown() {
-    countdown_ = options_.startCountdown + 1;
+    countdown_ = options_.startCountdown + static_cast<int>(settings_.startDelay) + 1;
     CountDown();
 }
 
@@ -140,13 +196,28 @@ void Instrument::CountDown() {
         EnterAfter(State::CountingDown, kCount);
         return;
     }
+    sampledFrom_ = now_;
     EnterAfter(State::Sampling, Millis{0});
+}
+
+void Instrument::EndSampling() {
+    state_ = State::Stopped;
+    if (!MovesShutter() || !shutterOpen_) return;
+    Send("Closing shutter");
+    state_ = State::ClosingShutter;
+    due_ = now_ + FromSeconds(settings_.shutterTime);
 }
 
 Instrument::Moment Instrument::Now() const {
     const auto hundredths = now_.count() / 10'000'000;
-    return {now_, options_.startDate.time_since_epoch().count() + hundredths / 100,
+    return {now_, options_.startDate.time_since_epoch().count() + clockOffset_ + hundredths / 100,
             static_cast<int>(hundredths % 100)};
+}
+
+bool Instrument::BetweenBursts() const {
+    if (settings_.burst == 0 || settings_.burstCycle <= 0) return false;
+    const double since = std::chrono::duration<double>(now_ - sampledFrom_).count();
+    return std::fmod(since, settings_.burstCycle) >= settings_.burstLength;
 }
 
 void Instrument::TakeSample() {
@@ -166,8 +237,15 @@ void Instrument::TakeSample() {
     lastLine_ = line_.BusyUntil() - begin;
 }
 
+void Instrument::Adopt(const SampleSettings& settings) {
+    if (settings.period != settings_.period) period_ = FromSeconds(settings.period);
+    if ((settings.hexadecimal != 0) != IsHexForm(form_))
+        form_ = settings.hexadecimal != 0 ? LineForm::Hex : LineForm::Decimal;
+    settings_ = settings;
+}
+
 void Instrument::Send(std::string_view bytes) {
-    line_.Send(bytes, now_);
+    if (!options_.replies.mute) line_.Send(bytes, now_);
 }
 
 void Instrument::Say(std::string_view line) {
@@ -180,69 +258,41 @@ void Instrument::HearByte(char byte) {
         Say("Turning on");
         EnterAfter(State::WakingUp, kTurnOn);
     }
-    if (state_ == State::WakingUp || byte == '\n') return;
-    if (state_ == State::OpeningShutter || state_ == State::ClosingShutter) {
-        inbox_ += byte;
+    if (state_ == State::WakingUp) return;
+    if (work_ || state_ == State::OpeningShutter || state_ == State::ClosingShutter) {
+        if (inbox_.size() < kLongestInbox) inbox_ += byte;
         return;
     }
-    if (state_ != State::Sampling) Send(byte == '\r' ? "\r\n" : std::string_view(&byte, 1));
+    if (state_ == State::SendingBlock) return HearInBlock(byte);
+    if (byte == '\n') return;
+    if (byte == kCancel) {
+        command_.clear();
+        if (state_ == State::Downloading) RunCommand("STOP");
+        return;
+    }
+    if (echo_ && state_ != State::Sampling && state_ != State::Downloading)
+        Send(byte == '\r' ? "\r\n" : std::string_view(&byte, 1));
     if (byte == '\r') {
-        RunCommand(std::exchange(command_, {}));
+        RunLine(std::exchange(command_, {}));
     } else if (command_.size() < kLongestCommand) {
         command_ += byte;
     }
 }
 
-const std::vector<Instrument::Command>& Instrument::Commands() {
-    static const std::vector<Command> commands{
-        {"START", &Instrument::Start},
-        {"STOP", &Instrument::Stop},
-        {"SLEEP", &Instrument::Sleep},
-    };
-    return commands;
+void Instrument::HearWhatWaited() {
+    for (const char byte : std::exchange(inbox_, {})) HearByte(byte);
 }
 
-void Instrument::RunCommand(std::string_view line) {
-    const auto begin = line.find_first_not_of(' ');
-    if (begin == std::string_view::npos) return;
-    line.remove_prefix(begin);
-    const auto nameEnd = std::min(line.find_first_of(", "), line.size());
-    const std::string name = UpperCase(line.substr(0, nameEnd));
-    const auto argument = line.substr(std::min(nameEnd + 1, line.size()));
-    for (const Command& command : Commands())
-        if (command.name == name) return (this->*command.run)(argument);
-    Say("Unknown command");
+void Instrument::HearInBlock(char byte) {
+    Send(block_->Hear(byte, now_));
+    EndBlock();
 }
 
-void Instrument::Start(std::string_view /*argument*/) {
-    if (state_ != State::Stopped) return;
-    if (!shutter_ || shutterOpen_) return BeginCountdown();
-    Send("Opening shutter");
-    EnterAfter(State::OpeningShutter, kShutterTurn);
-}
-
-void Instrument::Stop(std::string_view /*argument*/) {
-    Say(state_ == State::CountingDown ? "Start aborted" : "Stopped");
+void Instrument::EndBlock() {
+    due_ = block_->Due();
+    if (!block_->Over()) return;
+    block_.reset();
     state_ = State::Stopped;
-    if (!shutter_ || !shutterOpen_) return;
-    Send("Closing shutter");
-    EnterAfter(State::ClosingShutter, kShutterTurn);
-}
-
-void Instrument::Sleep(std::string_view /*argument*/) {
-    Say("Sleeping");
-    state_ = State::Asleep;
-}
-
-std::string Instrument::Config() const {
-    std::string config(info_.config);
-    const auto place = config.find('T');
-    if (place != std::string::npos) config[place + 1] = shutter_ ? '1' : '0';
-    return config;
-}
-
-std::int64_t Instrument::CalibratedAt() const {
-    return (options_.startDate - std::chrono::days{45}).time_since_epoch().count();
 }
 
 std::unique_ptr<Instrument> MakeInstrument(Model model, const Options& options) {

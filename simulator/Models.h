@@ -23,6 +23,9 @@ struct ModelInfo {
     int channels;  ///< optical channels that carry values
 };
 
+/// The name that users may give their instrument; here the same for all.
+inline constexpr std::string_view kLabel = "Simulated";
+
 const ModelInfo& InfoOf(Model model);
 /// By full name in any case ("corvane-6") or by number ("0" to "9"). nullopt: no such model.
 std::optional<Model> ModelFromText(std::string_view text);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "simulator/Models.h"
@@ -29,6 +30,13 @@ bool OffersForm(Model model, LineForm form);
 /// Firmware differs in whether the "*" of a hexadecimal line is summed too.
 enum class ChecksumStyle { WithoutStar, WithStar };
 
+/// How a Corvane gives its calibration away. The others have one way only.
+enum class CalStore {
+    Both,      ///< as a file, and channel by channel
+    Channels,  ///< older firmware: "gcf" and "ccl" only
+    File,      ///< "sendcal" and "MAKEINI" only
+};
+
 enum class PowerOn { Sampling, Stopped, Sleeping };
 
 /// What is wrong with the cable and the instrument. All off by default; a rate of 0 is never.
@@ -40,6 +48,15 @@ struct FaultOptions {
     Millis stallEvery{0};  ///< nothing comes for stallFor, once in this time; what waited comes at once then
     Millis stallFor{0};
     std::optional<Millis> vanishAt{};  ///< from here on nothing is sent or heard
+};
+
+/// How an instrument answers otherwise than it should. All off by default.
+struct ReplyOptions {
+    Millis delay{0};            ///< from the end of a command to its answer
+    bool mute = false;          ///< nothing is ever said, not even an echo
+    std::string silentTo{};     ///< the command of this name, upper case, is heard but not answered
+    int cutAfterLines = -1;     ///< the answer to a command ends after so many lines; -1 never
+    bool doubledLines = false;  ///< each line of an answer comes twice
 };
 
 struct Options {
@@ -56,6 +73,15 @@ struct Options {
     int startCountdown = 5;         ///< s from START to the first sample
     std::optional<bool> shutter{};  ///< unset: as the model has it. Only Corvanes have shutters
     double bottomM = 100;           ///< the profile goes from the surface to here and back, 0 to 400 m
+    std::string firmware = "1.85";  ///< a number as text
+    bool shortId = false;           ///< Tidal: identifies itself with its serial alone, as old firmware does
+    std::string serial{};           ///< empty: as usual for the model; old units have the style of "CV6-123"
+    std::string calSerial{};        ///< what the calibration says of it; empty: the same
+    std::string config{};           ///< configuration text; empty: as usual for the model
+    int calAgeDays = 45;            ///< days from the calibration to startDate
+    CalStore calStore = CalStore::Both;
+    bool dumpAsText = false;  ///< Tidal: "DUMPCFG" gives the calibration file, not the image
+    ReplyOptions replies{};
     FaultOptions faults{};
 };
 

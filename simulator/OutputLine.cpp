@@ -44,6 +44,8 @@ std::string OutputLine::Take(Nanos now) {
     std::string out;
     while (!runs_.empty()) {
         Run& run = runs_.front();
+        if (run.baud != takenRate_ && !out.empty()) break;
+        takenRate_ = run.baud;
         TakeFrom(run, now, out);
         if (run.taken < run.bytes.size()) break;
         runs_.pop_front();

@@ -16,8 +16,10 @@ class OutputLine {
 
     /// Queues bytes behind those still on their way.
     void Send(std::string_view bytes, Nanos now);
-    /// The bytes that are through by `now`, since the last call.
+    /// The bytes that are through by `now`, since the last call, as far as they have one rate.
     std::string Take(Nanos now);
+    /// Of the bytes that the last Take gave.
+    [[nodiscard]] int TakenRate() const { return takenRate_; }
     /// When the last byte queued so far is through.
     [[nodiscard]] Nanos BusyUntil() const { return busyUntil_; }
     [[nodiscard]] int Rate() const { return baud_; }
@@ -36,6 +38,7 @@ class OutputLine {
     static void TakeFrom(Run& run, Nanos now, std::string& out);
 
     int baud_;
+    int takenRate_ = baud_;
     Nanos busyUntil_{0};
     std::deque<Run> runs_;
 };

@@ -42,7 +42,7 @@ Tidal::Tidal(Model model, const Options& options)
       transmissionView_(cal_.kLambdaNm, cal_.sigma) {}
 
 std::string Tidal::CalText() const {
-    return TidalCalText(cal_, Info(), Config(), CalibratedAt());
+    return TidalCalText(cal_, CalInfo(), Config(), CalibratedAt());
 }
 
 Truth Tidal::TruthAt(Millis now) const {

@@ -41,6 +41,8 @@ class Tidal final : public Instrument {
   protected:
     void AppendSample(std::string& out, const Moment& moment) override;
     void AppendExtra(std::string& out, const Moment& moment) override;
+    [[nodiscard]] std::span<const Command> FamilyCommands() const override;
+    [[nodiscard]] double MaxDepthM() const override { return cal_.maxDepthM; }
 
   private:
     struct Sample {
@@ -56,6 +58,15 @@ class Tidal final : public Instrument {
     [[nodiscard]] double UncorrectedBeta(const Truth& truth) const;
     [[nodiscard]] double TransmissionCounts(double k, double tempC, int pressure) const;
     [[nodiscard]] double DepthEffect(int pressure) const;
+    void DumpCal(std::string_view argument);
+    void DataFormat(std::string_view argument);
+    void Period(std::string_view argument);
+    void StartDelay(std::string_view argument);
+    void Burst(std::string_view argument);
+    void BurstLength(std::string_view argument);
+    void BurstCycle(std::string_view argument);
+    /// Keeps the unit awake; nothing is said.
+    void Power(std::string_view argument);
     void AppendHexSample(std::string& out, const Moment& moment);
     void AppendDecimalSample(std::string& out, const Moment& moment);
 
@@ -70,5 +81,14 @@ const TidalCalibration& TidalCalibrationOf(Model model);
 /// Its `.cal` text; `calibratedAt` in seconds since 1970.
 std::string TidalCalText(const TidalCalibration& cal, const ModelInfo& info, std::string_view config,
                          std::int64_t calibratedAt);
+
+/// 12 bits of mantissa times 10 to the power of 3 less the upper 4 bits, for values of 0 or more; too large
+/// ones give the largest.
+std::uint16_t PackedDecimal(double value);
+/// The same as the image of 128 bytes that the instrument holds. Words of 16 bits have their low byte first;
+/// most numbers are packed decimals of 12 bits and a power of ten, exact to 0.05 %. The letters of the serial
+/// come from the model, the x-Tidal passing for an n-Tidal; a date of production that it lacks is 12/98.
+std::string TidalCalImage(const TidalCalibration& cal, const ModelInfo& info, std::string_view config,
+                          std::int64_t calibratedAt);
 
 }  // namespace marisonde::simulator

@@ -70,7 +70,7 @@ void WriteScattering(CalWriter& out, const TidalCalibration& cal) {
     out.Numbered("Gain", 1, cal.gains);
     out.Numbered("Offset", 1, cal.dark);
     out.Six("Mu", cal.Mu);
-    out.Sigma(cal.sigma, cal.lambdaNm);
+    out.Sigma(cal.sigma, OldSigma(cal.lambdaNm, cal.sigma));
     out.Six("ChiBb", cal.beta2bb);
     out.Six("TempCoeff", cal.tempCoeff);
     out.Six("CalTemp", cal.calTemp);

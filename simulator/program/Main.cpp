@@ -53,7 +53,7 @@ class Berth {
         const std::string heard = terminal_.Read();
         if (theirs > 0 && !heard.empty()) instrument_->Receive(SeenAtRate(heard, theirs, ours), now);
         const std::string said = instrument_->TakeOutput(now);
-        if (theirs > 0 && !said.empty()) terminal_.Write(SeenAtRate(said, ours, theirs));
+        if (theirs > 0 && !said.empty()) terminal_.Write(SeenAtRate(said, instrument_->SentRate(), theirs));
     }
 
   private:

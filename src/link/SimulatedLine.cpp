@@ -56,7 +56,7 @@ void SimulatedLine::CatchUp() const {
     const Millis now = SincePowerOn();
     instrument_->RunUntil(now);
     const std::string bytes = instrument_->TakeOutput(now);
-    if (open_ && baud_ == instrument_->BaudRate()) arrived_ += bytes;
+    if (open_ && baud_ == instrument_->SentRate()) arrived_ += bytes;
 }
 
 }  // namespace marisonde
