@@ -78,7 +78,7 @@ class HexLine {
     template <int Width>
     [[nodiscard]] std::uint32_t ValueAt(int offset) const {
         const char* field = text_ + offset;
-        constexpr int kLow = Width < 4 ? Width : 4;
+        constexpr int kLow = std::min(Width, 4);
         const std::uint32_t high = Group<Width - kLow>(field);
         const std::uint32_t low = Group<kLow>(field + Width - kLow);
         // Only where some character is no digit do the leading digits have to be found one by one.
