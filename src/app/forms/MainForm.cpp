@@ -9,13 +9,16 @@
 #include <QMessageBox>
 #include <QStatusBar>
 #include <QTimer>
+#include <QToolBar>
 #include <QUrl>
+#include <QVBoxLayout>
 #include <utility>
 
 #include "app/PlottedChannels.h"
 #include "app/Shutdown.h"
 #include "app/forms/ChannelPanel.h"
 #include "app/forms/FormHelpers.h"
+#include "app/forms/InstrumentCommands.h"
 #include "app/forms/Shell.h"
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
@@ -67,9 +70,13 @@ MainForm::MainForm(Shell& shell, std::unique_ptr<SerialLine> line)
     setObjectName("MainForm");
     setMinimumSize(kMinimumSize);
     auto* middle = new QWidget(this);
-    auto* row = new QHBoxLayout(middle);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(0);
+    commands_ = std::make_unique<InstrumentCommands>(shell_, *this, operations_);
+    auto* column = new QVBoxLayout(middle);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(commands_->MakeNextStep(middle));
+    auto* row = new QHBoxLayout;
+    column->addLayout(row, 1);
     row->addWidget(chart_, 1);
     row->addWidget(channels_);
     setCentralWidget(middle);
@@ -77,6 +84,7 @@ MainForm::MainForm(Shell& shell, std::unique_ptr<SerialLine> line)
     MakeStatusBar();
     RestorePlace();
     InstrumentChanged();
+    commands_->Update();
     timer_->setObjectName("ProcessSerialInputTimer");
     timer_->setTimerType(Qt::PreciseTimer);
     connect(timer_, &QTimer::timeout, this, &MainForm::Tick);
@@ -92,6 +100,11 @@ void MainForm::MakeMenus() {
     close->setObjectName("CloseWindowItem");
     QAction* exit = file->addAction("E&xit", QKeySequence::Quit, this, [this] { shell_.ExitCommand(this); });
     exit->setObjectName("ExitItem");
+
+    commands_->MakeMenu(menuBar());
+    auto* bar = new QToolBar(this);
+    commands_->MakeToolBar(bar);
+    addToolBar(bar);
 
     QMenu* view = menuBar()->addMenu("&View");
     view->setObjectName("View_menu");
@@ -142,6 +155,7 @@ void MainForm::Tick() {
     window_.Tick();
     ShowReadouts();
     ShowStatus();
+    commands_->Update();
     shell_.Waiting().ResumeReady();
 }
 
@@ -221,11 +235,19 @@ void MainForm::closeEvent(QCloseEvent* event) {
 void MainForm::AskToClose() {
     if (operations_.Running("Close")) return;
     operations_.Start("Close", [this](Operation& operation) -> QCoro::Task<> {
-        const bool mayClose = co_await PrepToCloseForm(operation, window_);
+        const bool mayClose = co_await PrepToClose(operation);
         if (!mayClose) co_return;
         // The form must not die inside its own operation.
         QTimer::singleShot(0, this, &MainForm::CloseWithoutAsking);
     });
+}
+
+QCoro::Task<bool> MainForm::PrepToClose(Operation& operation) {
+    commands_->EndConnecting();
+    const auto ended = [this] { return !commands_->Connecting(); };
+    co_await operation.Until(ended, Millis::max());
+    const bool mayClose = co_await PrepToCloseForm(operation, window_);
+    co_return mayClose;
 }
 
 QPixmap MainForm::Picture() {

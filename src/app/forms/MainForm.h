@@ -15,6 +15,7 @@ namespace marisonde {
 
 class ChannelPanel;
 class ChartView;
+class InstrumentCommands;
 class Shell;
 
 /// One data window: the graph as the largest thing, the channels beside it, the instrument's state below.
@@ -30,6 +31,9 @@ class MainForm final : public QMainWindow {
     [[nodiscard]] DataWindow& Window() { return window_; }
     [[nodiscard]] FormDialogs& Ask() { return dialogs_; }
     [[nodiscard]] Operations& Running() { return operations_; }
+    [[nodiscard]] InstrumentCommands& Commands() { return *commands_; }
+    /// The gate of closing: ends what connects, then asks. False: the window stays open.
+    QCoro::Task<bool> PrepToClose(Operation& operation);
     /// Shows what a new calibration or model means: channels, colours, legend, title.
     void InstrumentChanged();
     /// Closing asks nothing but runs `last` instead, as in the demonstration.
@@ -70,6 +74,7 @@ class MainForm final : public QMainWindow {
     } panels_;
     bool mayClose_ = false;
     std::function<void()> insteadOfAsking_;
+    std::unique_ptr<InstrumentCommands> commands_;
     Operations operations_;  ///< dies first: what runs uses everything above
 };
 

@@ -3,8 +3,8 @@
 #include <QApplication>
 #include <algorithm>
 
-#include "app/Shutdown.h"
 #include "app/forms/MainForm.h"
+#include "link/Ports.h"
 
 namespace marisonde {
 
@@ -16,6 +16,10 @@ Shell::Shell(AppContext& app, Pump& pump)
 
 Shell::~Shell() {
     for (MainForm* form : Windows()) delete form;
+}
+
+MainForm* Shell::NewWindow() {
+    return NewWindow(app_.ports->MakeLine());
 }
 
 MainForm* Shell::NewWindow(std::unique_ptr<SerialLine> line) {
@@ -41,7 +45,7 @@ void Shell::ExitCommand(MainForm* first) {
             if (form != starter) order.emplace_back(form);
         for (const QPointer<MainForm>& form : order) {
             if (!form) continue;
-            const bool mayClose = co_await PrepToCloseForm(operation, form->Window());
+            const bool mayClose = co_await form->PrepToClose(operation);
             if (!mayClose) co_return;
         }
         for (const QPointer<MainForm>& form : order)

@@ -27,7 +27,10 @@ class Shell final : public QObject {
     [[nodiscard]] AppContext& App() { return app_; }
     [[nodiscard]] Pump& Waiting() { return pump_; }
 
-    /// A new window in the lowest free slot; nullptr when all are taken.
+    /// A new window in the lowest free slot; nullptr when all are taken. Its line is one of the application's
+    /// ports.
+    MainForm* NewWindow();
+    /// The same on a line of its own.
     MainForm* NewWindow(std::unique_ptr<SerialLine> line);
     [[nodiscard]] std::vector<MainForm*> Windows() const;
     /// Asks every used window, `first` first, whether it may close; the first refusal stops it all.

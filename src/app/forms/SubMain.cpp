@@ -1,19 +1,23 @@
 #include "app/forms/SubMain.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QFileInfo>
 #include <QPointer>
 #include <QTimer>
+#include <QUrl>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <vector>
 
 #include "app/Demonstration.h"
+#include "app/forms/InstrumentCommands.h"
 #include "app/forms/MainForm.h"
 #include "app/forms/Shell.h"
+#include "common/Version.h"
 #include "link/PortTable.h"
-#include "link/RealSerialLine.h"
+#include "link/Ports.h"
 #include "platform/IniSettings.h"
 #include "platform/Instance.h"
 #include "platform/Paths.h"
@@ -43,6 +47,24 @@ std::string RecoveryNotice(const RecoveryReport& report) {
     return text;
 }
 
+Question ReleaseNotesQuestion() {
+    return {"This appears to be the first time you have run Marisonde version " + std::string(kVersion) +
+                " on this computer.  Would you like to view the release notes (will open a browser window)?",
+            "Yes", "No", ""};
+}
+
+/// The notes lie beside the program, or with its tables.
+void OpenReleaseNotes(Dialogs& dialogs) {
+    for (const auto& folder : {ProgramFolder(), DataFolder()}) {
+        const QString path = TextFromPath(folder / "releasenotes.htm");
+        if (!QFileInfo::exists(path)) continue;
+        QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+        return;
+    }
+    dialogs.ShowError("The release notes (releasenotes.htm) were not found in " + ProgramFolder().string() +
+                      ".");
+}
+
 /// Shows a notice in a window, if there is one, and on the terminal: off screen nobody sees the window.
 void Tell(MainForm* form, const std::string& text) {
     if (form != nullptr) form->Ask().ShowError(text);
@@ -58,6 +80,8 @@ struct Program {
           pump(clock),
           ports(PortTable::ForThisComputer()),
           shell(app, pump) {
+        app.ports = &ports;
+        app.instanceNumber = instance.Number();
         app.temporaryFolder = instance.Folder();
         newUser = LoadPreferences(settings, ProgramFolder().string(), app.prefs);
         SigmaParamsLoad sigma = LoadSigmaParams(settings, ProgramFolder(), DataFolder());
@@ -77,7 +101,7 @@ struct Program {
     Instance instance;
     AppContext app;
     Pump pump;
-    PortTable ports;
+    ComputerPorts ports;
     Shell shell;
     bool newUser = false;
     int missingSigmaFiles = 0;
@@ -96,8 +120,21 @@ void ShowStartNotices(Program& program, MainForm& form, bool demo) {
     if (program.newUser && !demo) form.Ask().ShowError(NewUserNotice());
 }
 
+/// Asked once for each version; nothing waits for the answer.
+void AskForReleaseNotes(Program& program, MainForm& form) {
+    const std::string version(kVersion);
+    if (FlagFromText(program.settings.GetSetting("App", version))) return;
+    program.settings.SaveSetting("App", "Version", version);
+    program.settings.SaveSetting("App", version, "TRUE");
+    form.Running().Start("Release notes", [&form](Operation& operation) -> QCoro::Task<> {
+        const Question question = ReleaseNotesQuestion();
+        const Choice choice = co_await form.Ask().ShowChoiceDialog(operation, question);
+        if (choice == Choice::First && !operation.Cancelled()) OpenReleaseNotes(form.Ask());
+    });
+}
+
 int OpenFirstWindow(Program& program, const CommandLine& line) {
-    MainForm* const form = program.shell.NewWindow(std::make_unique<RealSerialLine>(program.ports));
+    MainForm* const form = program.shell.NewWindow();
     form->show();
     ShowStartNotices(program, *form, false);
     const std::string& recalled = program.app.prefs.CalFile;
@@ -115,6 +152,10 @@ int OpenFirstWindow(Program& program, const CommandLine& line) {
             form->Ask().ShowError(error);
     }
     form->InstrumentChanged();
+    if (line.mode == CommandLine::Mode::Window) {
+        AskForReleaseNotes(program, *form);
+        form->Commands().ConnectOnStartup(program.app.prefs.ConnectOnStartup);
+    }
     return QApplication::exec();
 }
 

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+#include <vector>
+
+#include "app/Connect.h"
+#include "app/forms/ConnectForm.h"
+#include "platform/Operations.h"
+
+class QAction;
+class QLabel;
+class QMenuBar;
+class QToolBar;
+
+namespace marisonde {
+
+class MainForm;
+class Shell;
+
+/// The commands of one data window that concern its instrument: menu, tool bar and connect dialog.
+class InstrumentCommands final : public QObject {
+    Q_OBJECT
+
+  public:
+    /// All that is referred to outlives the commands, except what runs among `operations`.
+    InstrumentCommands(Shell& shell, MainForm& form, Operations& operations);
+    ~InstrumentCommands() override;
+
+    void MakeMenu(QMenuBar* bar);
+    void MakeToolBar(QToolBar* bar);
+    /// A sentence on what to do next, for a window that has nothing to show yet.
+    QLabel* MakeNextStep(QWidget* parent);
+    /// Captions and what is enabled, by the state of the instrument. Once a tick.
+    void Update();
+
+    /// Opens the connect dialog, after a question when there is a connection already.
+    void ConnectCommand();
+    void DisconnectCommand();
+    void StartStopCommand();
+
+    /// Opens the connect dialog; `whenClosed` is called once it has closed, whatever came of it.
+    void ShowConnectForm(std::function<void()> whenClosed);
+    /// Opens the connect dialog and presses Connect at a port and rate, or at those of last time when 0.
+    void ConnectAt(int port, int baud, std::function<void()> whenClosed);
+    /// Connects as the user has chosen for the start of the program: 1 as last time, otherwise by search. The
+    /// dialog goes away afterwards, whatever came of it.
+    void ConnectOnStartup(int choice);
+    /// Ends whatever connects this window.
+    void EndConnecting();
+    /// Something still connects this window.
+    [[nodiscard]] bool Connecting() const;
+
+  private:
+    void AfterDialog();
+    void UnloadWhenDone();
+    void LineLost();
+    [[nodiscard]] DataWindow& Window();
+    [[nodiscard]] bool Runs();
+
+    Shell& shell_;
+    MainForm& form_;
+    Operations& operations_;
+    Connector connector_;
+    QPointer<ConnectForm> dialog_;
+    std::vector<std::function<void()>> whenClosed_;
+    QAction* connect_;
+    QAction* disconnect_;
+    QAction* startStop_;
+    QPointer<QLabel> nextStep_;
+};
+
+}  // namespace marisonde
