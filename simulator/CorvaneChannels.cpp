@@ -44,8 +44,9 @@ struct Split {
     double whole, fraction;
 };
 Split SplitOf(double value) {
+    constexpr double kResolution = 1e7;  // behind the point nothing finer survives the sum
     const double whole = std::trunc(value);
-    return {whole, std::abs(value - whole)};
+    return {whole, std::round(std::abs(value - whole) * kResolution) / kResolution};
 }
 
 }  // namespace

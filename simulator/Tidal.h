@@ -82,8 +82,8 @@ const TidalCalibration& TidalCalibrationOf(Model model);
 std::string TidalCalText(const TidalCalibration& cal, const ModelInfo& info, std::string_view config,
                          std::int64_t calibratedAt);
 
-/// 12 bits of mantissa times 10 to the power of 3 less the upper 4 bits, for values of 0 or more; too large
-/// ones give the largest.
+/// 12 bits of mantissa times 10 to the power of 3 less the upper 4 bits; too small values give 0 and too
+/// large ones the largest.
 std::uint16_t PackedDecimal(double value);
 /// The same as the image of 128 bytes that the instrument holds. Words of 16 bits have their low byte first;
 /// most numbers are packed decimals of 12 bits and a power of ten, exact to 0.05 %. The letters of the serial

@@ -125,11 +125,10 @@ std::uint16_t PackedDecimal(double value) {
     constexpr int kLargest = 0xFFF;
     // The smallest power that holds the value keeps most of its digits.
     for (int field = 15; field >= 0; --field) {
-        const double mantissa = std::round(value * std::pow(10.0, field - 3));
-        if (mantissa <= kLargest && mantissa >= 0)
-            return static_cast<std::uint16_t>(field << 12 | static_cast<int>(mantissa));
+        const double mantissa = std::round(std::max(value, 0.0) * std::pow(10.0, field - 3));
+        if (mantissa <= kLargest) return static_cast<std::uint16_t>(field << 12 | static_cast<int>(mantissa));
     }
-    return value > 0 ? kLargest : 0;
+    return kLargest;
 }
 
 std::string TidalCalImage(const TidalCalibration& cal, const ModelInfo& info, std::string_view config,
