@@ -1,7 +1,6 @@
 // Raw files of any bytes through the reader, with a calibration of any model. Properties: every line is
-// counted once; its header is never taken for data; line ends do not matter; what is made of a
-// file does not depend on where blocks end; every calibrated line that is written reads back to what was
-// written.
+// counted once and every byte read; line ends do not matter; every calibrated line that is written reads back
+// to what was written; the look at the head of a file names a model that exists.
 #include <array>
 #include <cstddef>
 #include <cstdint>

@@ -1,0 +1,41 @@
+#include "files/GroupLoad.h"
+
+#include <string>
+
+namespace marisonde {
+
+GroupLoad::Step GroupLoad::Run(int lines) {
+    if (full_) return Step::GroupFull;
+    for (; lines > 0; --lines) {
+        if (!reader_.NextLine()) return reader_.Error() ? Step::Failed : Step::Done;
+        if (!reader_.HasSample()) continue;
+        full_ = points_ >= maxPoints_;
+        if (full_) return Step::GroupFull;
+        Append();
+    }
+    return Step::Working;
+}
+
+void GroupLoad::NextGroup() {
+    sink_.Clear();
+    points_ = 0;
+    if (full_) Append();
+    full_ = false;
+}
+
+void GroupLoad::Append() {
+    sink_.Append(reader_.Raw(), reader_.Sample());
+    ++points_;
+}
+
+Question NextGroupQuestion(int points, bool raw) {
+    // The odd word in the text of raw files is known to users and manuals.
+    return {
+        "This file contains more points than can be displayed at one time. "
+        "Would you like to stop now and display this group of " +
+            std::to_string(points) + " points, " +
+            (raw ? "or load then next group?" : "or load the next group?"),
+        "Next", "Stop", ""};
+}
+
+}  // namespace marisonde
