@@ -11,6 +11,7 @@ namespace {
 
 constexpr double kValueScale = 1.5;  ///< value figures against the form's font
 constexpr int kSwatchWidth = 6;
+constexpr int kGap = 8;  ///< between a swatch and its texts
 
 QString Element(const char* name, int channel) {
     return QString("%1(%2)").arg(name).arg(channel);
@@ -26,6 +27,7 @@ ChannelPanel::ChannelPanel(QWidget* parent) : QWidget(parent), hint_(new QLabel(
     column->setSpacing(6);
     hint_->setText("Values appear here when a calibration is loaded.");
     hint_->setWordWrap(true);
+    hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::MinimumExpanding);
     hint_->setForegroundRole(QPalette::PlaceholderText);
     column->addWidget(hint_);
     for (int channel = 0; channel < kChannelSlots; ++channel) {
@@ -35,6 +37,9 @@ ChannelPanel::ChannelPanel(QWidget* parent) : QWidget(parent), hint_(new QLabel(
         column->addWidget(row.frame);
     }
     column->addStretch();
+    // As wide without channels as with them: the graph keeps its size when an instrument is connected.
+    const QMargins margins = column->contentsMargins();
+    setMinimumWidth(margins.left() + kSwatchWidth + kGap + rows_[0].value->width() + margins.right());
 }
 
 ChannelPanel::Row ChannelPanel::MakeRow(int channel) {
@@ -61,7 +66,7 @@ ChannelPanel::Row ChannelPanel::MakeRow(int channel) {
                             QFontMetrics(figures).height() + 2);
     auto* grid = new QGridLayout(row.frame);
     grid->setContentsMargins(0, 2, 0, 2);
-    grid->setHorizontalSpacing(8);
+    grid->setHorizontalSpacing(kGap);
     grid->setVerticalSpacing(0);
     grid->addWidget(row.swatch, 0, 0, 2, 1);
     grid->addWidget(row.name, 0, 1);

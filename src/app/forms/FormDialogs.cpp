@@ -2,7 +2,6 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
-#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -40,6 +39,19 @@ QStringList ToolkitFilters(const FileRequest& request) {
                                    pattern == "*.*" ? QString("*") : QString(pattern).replace(';', ' ')));
     }
     return filters;
+}
+
+/// The type that is chosen in the dialog; the toolkit tells it with or without the hidden pattern.
+int FilterOf(const QFileDialog& form, const FileRequest& request) {
+    const QString selected = form.selectedNameFilter();
+    const QStringList filters = ToolkitFilters(request);
+    for (qsizetype i = 0; i < filters.size(); ++i) {
+        const std::string_view name = request.filters[static_cast<std::size_t>(i)].name;
+        if (selected == filters[i] ||
+            selected.trimmed() == QLatin1StringView(name.data(), qsizetype(name.size())))
+            return static_cast<int>(i);
+    }
+    return 0;
 }
 
 QFileDialog* MakeFileDialog(const FileRequest& request, QWidget* parent) {
@@ -94,8 +106,7 @@ QCoro::Task<FileChoice> FormDialogs::ChooseFile(Operation& operation, FileReques
     if (form && !operation.Cancelled() && form->result() == QDialog::Accepted &&
         !form->selectedFiles().isEmpty()) {
         choice.path = form->selectedFiles().constFirst().toStdString();
-        choice.filter =
-            std::max(0, static_cast<int>(form->nameFilters().indexOf(form->selectedNameFilter())));
+        choice.filter = FilterOf(*form, request);
     }
     if (form) form->deleteLater();
     co_return choice;
