@@ -8,7 +8,7 @@
 
 #include "app/DataWindow.h"
 #include "common/ConversionUtils.h"
-#include "link/SimulatedLine.h"
+#include "link/Commands.h"
 #include "simulator/Instrument.h"
 
 namespace marisonde {
@@ -51,30 +51,36 @@ std::filesystem::path FreeBase(DataWindow& window, const std::filesystem::path& 
 
 }  // namespace
 
-DemoInstrument MakeDemoInstrument(InstTypeCode model, int index, const Clock& clock) {
+DemoInstrument AddDemoInstrument(SimulatedPorts& ports, InstTypeCode model, const Clock& clock) {
     simulator::Options options;
-    options.seed = static_cast<std::uint64_t>(index) + 1;
+    options.seed = ports.Present().size() + 1;
     options.startDate = WallTime(clock.Now());
+    options.powerOn = simulator::PowerOn::Stopped;
+    options.startCountdown = 1;
     auto instrument = simulator::MakeInstrument(static_cast<simulator::Model>(model), options);
     DemoInstrument demo;
     demo.calText = instrument->CalText();
     demo.baud = options.baud;
-    demo.line = std::make_unique<SimulatedLine>(std::move(instrument), clock);
+    demo.port = ports.Add(std::move(instrument));
     return demo;
 }
 
-std::string StartDemo(DataWindow& window, const DemoInstrument& instrument, InstTypeCode model,
-                      const std::filesystem::path& folder) {
+bool IdentifiesItself(InstTypeCode model) {
+    return model != InstTypeCode::XTidal;
+}
+
+std::string LoadDemoCalibration(DataWindow& window, const DemoInstrument& instrument) {
     const std::filesystem::path calPath =
         window.App().temporaryFolder / ("demo" + std::to_string(window.Index()) + ".cal");
     std::ofstream(calPath, std::ios::binary) << instrument.calText;
-    if (!window.LoadCalIntoWindow(calPath.string()))
-        return "The calibration could not be written to " + calPath.string();
-    std::string error = window.OpenWithoutQuery(window.Index() + 1, instrument.baud, model);
-    if (!error.empty()) return error;
+    if (window.LoadCalIntoWindow(calPath.string())) return "";
+    return "The calibration could not be written to " + calPath.string();
+}
+
+void BeginDemo(DataWindow& window, const std::filesystem::path& folder) {
     ShowTheFirstHalfMinute(window);
     window.OpenDataFiles("raw", true, FreeBase(window, folder).string());
-    return "";
+    SendCommand("START", window.Link);
 }
 
 DemoFiles FinishDemo(DataWindow& window) {

@@ -1,30 +1,31 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
 #include <string>
 
 #include "app/AppContext.h"
 #include "common/InstTypes.h"
-#include "link/SerialLine.h"
+#include "link/SimulatedPorts.h"
 
 namespace marisonde {
 
 class DataWindow;
 
-/// One simulated instrument of the demonstration: lowered through a layered water column, already sampling.
+/// One simulated instrument of the demonstration: lowered through a layered water column, and waiting for a
+/// command. Its clock shows the computer's time.
 struct DemoInstrument {
-    std::unique_ptr<SerialLine> line;
-    std::string calText;  ///< its calibration, as a .cal file
+    int port = 0;
     int baud = 0;
+    std::string calText;  ///< its calibration, as a .cal file
 };
-
-/// The `index`-th instrument of the demonstration; its clock shows the computer's time.
-DemoInstrument MakeDemoInstrument(InstTypeCode model, int index, const Clock& clock);
-/// Loads the calibration, opens the line and starts the data files, whose final place is below `folder`.
-/// A text for the user when something did not work, else empty.
-std::string StartDemo(DataWindow& window, const DemoInstrument& instrument, InstTypeCode model,
-                      const std::filesystem::path& folder);
+DemoInstrument AddDemoInstrument(SimulatedPorts& ports, InstTypeCode model, const Clock& clock);
+/// False for the one model that does not tell what it is: its port is opened without asking, and its
+/// calibration comes from a file.
+bool IdentifiesItself(InstTypeCode model);
+/// Loads the calibration from a file in the temporary folder; a text for the user when that did not work.
+std::string LoadDemoCalibration(DataWindow& window, const DemoInstrument& instrument);
+/// Starts the data files, whose final place is below `folder`, and the instrument.
+void BeginDemo(DataWindow& window, const std::filesystem::path& folder);
 /// Where the files of one demonstration window are. Empty paths: there is no such file.
 struct DemoFiles {
     std::filesystem::path raw;

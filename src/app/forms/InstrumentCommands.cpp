@@ -175,11 +175,17 @@ void InstrumentCommands::AfterDialog() {
     for (const auto& closed : std::exchange(whenClosed_, {})) closed();
 }
 
-void InstrumentCommands::ConnectAt(int port, int baud, std::function<void()> whenClosed) {
+void InstrumentCommands::ConnectAt(int port, int baud, std::optional<InstTypeCode> assumed,
+                                   std::function<void()> whenClosed) {
     ShowConnectForm(std::move(whenClosed));
-    if (port != 0) connector_.SelectPort(port);
-    if (baud != 0) connector_.SelectBaud(baud);
+    connector_.SelectPort(port);
+    connector_.SelectBaud(baud);
+    connector_.CheckUploadCal(true);
+    connector_.CheckNoQuery(assumed.has_value());
+    if (assumed) connector_.SelectInstrument(*assumed);
     dialog_->PressOk();
+    // Without a question there is nothing to wait for; the dialog stays up to show what it opened.
+    if (assumed && Window().Link.State.Connected) connector_.Cancel_Click();
 }
 
 void InstrumentCommands::ConnectOnStartup(int choice) {

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QPointer>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "app/Connect.h"
@@ -42,8 +43,9 @@ class InstrumentCommands final : public QObject {
 
     /// Opens the connect dialog; `whenClosed` is called once it has closed, whatever came of it.
     void ShowConnectForm(std::function<void()> whenClosed);
-    /// Opens the connect dialog and presses Connect at a port and rate, or at those of last time when 0.
-    void ConnectAt(int port, int baud, std::function<void()> whenClosed);
+    /// Opens the connect dialog, sets port and rate, and presses Connect; `whenClosed` as above. A model: it
+    /// is assumed to be there and not asked.
+    void ConnectAt(int port, int baud, std::optional<InstTypeCode> assumed, std::function<void()> whenClosed);
     /// Connects as the user has chosen for the start of the program: 1 as last time, otherwise by search. The
     /// dialog goes away afterwards, whatever came of it.
     void ConnectOnStartup(int choice);

@@ -8,7 +8,7 @@
 #include <QUrl>
 #include <cstdio>
 #include <filesystem>
-#include <memory>
+#include <optional>
 #include <vector>
 
 #include "app/Demonstration.h"
@@ -18,6 +18,7 @@
 #include "common/Version.h"
 #include "link/PortTable.h"
 #include "link/Ports.h"
+#include "link/SimulatedPorts.h"
 #include "platform/IniSettings.h"
 #include "platform/Instance.h"
 #include "platform/Paths.h"
@@ -102,6 +103,7 @@ struct Program {
     AppContext app;
     Pump pump;
     ComputerPorts ports;
+    SimulatedPorts simulated{clock};
     Shell shell;
     bool newUser = false;
     int missingSigmaFiles = 0;
@@ -177,23 +179,40 @@ void ReportDemo(MainForm& form, bool withPicture) {
     std::fflush(stdout);
 }
 
-int ShowDemonstration(Program& program, const CommandLine& line) {
-    const std::filesystem::path folder = DemoFolder();
-    for (const InstTypeCode model : line.demoModels) {
-        DemoInstrument instrument = MakeDemoInstrument(model, program.app.FirstFreeWindow(), program.clock);
-        MainForm* const form = program.shell.NewWindow(std::move(instrument.line));
-        form->show();
-        ShowStartNotices(program, *form, true);
-        const std::string error = StartDemo(form->Window(), instrument, model, folder);
+/// Ends the demonstration some seconds from now.
+void EndDemoAfter(Program& program, int seconds) {
+    QTimer::singleShot(seconds * 1000, &program.shell, [&program] {
+        for (MainForm* form : program.shell.Windows()) form->close();
+    });
+}
+
+/// One window of the demonstration: connects as a user does, and starts the instrument once that is done.
+void OpenDemoWindow(Program& program, const CommandLine& line, InstTypeCode model, int& waiting) {
+    const DemoInstrument instrument = AddDemoInstrument(program.simulated, model, program.clock);
+    MainForm* const form = program.shell.NewWindow();
+    form->show();
+    ShowStartNotices(program, *form, true);
+    const bool withPicture = line.runSeconds > 0;
+    form->CloseWith([form, withPicture] { ReportDemo(*form, withPicture); });
+    std::optional<InstTypeCode> assumed;
+    if (!IdentifiesItself(model)) {
+        assumed = model;
+        const std::string error = LoadDemoCalibration(form->Window(), instrument);
         if (!error.empty()) form->Ask().ShowError(error);
         form->InstrumentChanged();
-        const bool withPicture = line.runSeconds > 0;
-        form->CloseWith([form, withPicture] { ReportDemo(*form, withPicture); });
     }
-    if (line.runSeconds > 0)
-        QTimer::singleShot(line.runSeconds * 1000, &program.shell, [&program] {
-            for (MainForm* form : program.shell.Windows()) form->close();
-        });
+    form->Commands().ConnectAt(instrument.port, instrument.baud, assumed, [&program, &line, &waiting, form] {
+        if (form->Window().Link.State.Connected) BeginDemo(form->Window(), DemoFolder());
+        if (--waiting == 0 && line.runSeconds > 0) EndDemoAfter(program, line.runSeconds);
+    });
+}
+
+int ShowDemonstration(Program& program, const CommandLine& line) {
+    constexpr int kLongestConnecting = 60;  // s, for all windows together
+    program.app.ports = &program.simulated;
+    int waiting = static_cast<int>(line.demoModels.size());
+    for (const InstTypeCode model : line.demoModels) OpenDemoWindow(program, line, model, waiting);
+    if (line.runSeconds > 0) EndDemoAfter(program, line.runSeconds + kLongestConnecting);
     return QApplication::exec();
 }
 
