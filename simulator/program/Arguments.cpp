@@ -5,6 +5,8 @@
 #include <charconv>
 #include <optional>
 
+#include "simulator/FieldText.h"
+
 namespace marisonde::simulator {
 
 namespace {
@@ -79,6 +81,33 @@ bool SetVanish(Arguments& a, std::string_view text) {
     return seconds.has_value();
 }
 
+bool StoreText(std::string& place, std::string_view text) {
+    place = text;
+    return !text.empty();
+}
+
+bool SetFirmware(Arguments& a, std::string_view text) {
+    return Number<double>(text) && StoreText(a.options.firmware, text);
+}
+
+bool SetCalStore(Arguments& a, std::string_view text) {
+    constexpr std::array<std::string_view, 3> words{"both", "channels", "file"};
+    const auto* const word = std::find(words.begin(), words.end(), text);
+    if (word == words.end()) return false;
+    a.options.calStore = static_cast<CalStore>(word - words.begin());
+    return true;
+}
+
+bool SetReplyDelay(Arguments& a, std::string_view text) {
+    const auto millis = Number<int>(text);
+    if (millis) a.options.replies.delay = Millis{*millis};
+    return millis.has_value();
+}
+
+bool SetSilentTo(Arguments& a, std::string_view text) {
+    return StoreText(a.options.replies.silentTo, UpperCase(text));
+}
+
 struct OptionRow {
     std::string_view name;
     std::string_view value;  ///< name of its value in the help; empty for a switch
@@ -106,6 +135,29 @@ const std::array kOptions{
         [](Arguments& a, std::string_view) { return a.options.checksum = ChecksumStyle::WithStar, true; }},
     OptionRow{"--start", "STATE", "sampling (default), stopped or sleeping", SetStart},
     OptionRow{"--depth", "M", "depth of the bottom in metres, up to 400, default 100", SetBottom},
+    OptionRow{"--firmware", "V", "version of the firmware, default 1.85", SetFirmware},
+    OptionRow{"--serial", "S", "serial number, such as CV6-123",
+              [](Arguments& a, std::string_view v) { return StoreText(a.options.serial, v); }},
+    OptionRow{"--config", "C", "configuration text",
+              [](Arguments& a, std::string_view v) { return StoreText(a.options.config, v); }},
+    OptionRow{"--short-id", "", "Tidals: identify by the serial alone, as old firmware does",
+              [](Arguments& a, std::string_view) { return a.options.shortId = true; }},
+    OptionRow{"--cal-serial", "S", "serial number in the calibration",
+              [](Arguments& a, std::string_view v) { return StoreText(a.options.calSerial, v); }},
+    OptionRow{"--cal-age", "N", "days since the calibration, default 45",
+              [](Arguments& a, std::string_view v) { return Store(a.options.calAgeDays, v); }},
+    OptionRow{"--cal-store", "KIND", "Corvanes: give the calibration as file, channels or both (default)",
+              SetCalStore},
+    OptionRow{"--dump-text", "", "Tidals: dump the calibration as text, not as image",
+              [](Arguments& a, std::string_view) { return a.options.dumpAsText = true; }},
+    OptionRow{"--reply-delay", "MS", "answer each command MS milliseconds late", SetReplyDelay},
+    OptionRow{"--mute", "", "say nothing at all",
+              [](Arguments& a, std::string_view) { return a.options.replies.mute = true; }},
+    OptionRow{"--silent-to", "NAME", "do not answer the command NAME", SetSilentTo},
+    OptionRow{"--cut-replies", "N", "end each answer after N lines",
+              [](Arguments& a, std::string_view v) { return Store(a.options.replies.cutAfterLines, v); }},
+    OptionRow{"--double-replies", "", "say each line of an answer twice",
+              [](Arguments& a, std::string_view) { return a.options.replies.doubledLines = true; }},
     OptionRow{"--flip", "N", "flip a bit of one byte in N",
               [](Arguments& a, std::string_view v) { return Store(a.options.faults.flipOneIn, v); }},
     OptionRow{"--drop", "N", "lose one byte in N",

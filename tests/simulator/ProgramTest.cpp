@@ -176,6 +176,47 @@ TEST_F(Program, ObeysCommandsFromThePort) {
     EXPECT_EQ(port.Read(HasLines(2)), "Turning on\r\nCV4 ready\r\n");
 }
 
+TEST_F(Program, AnswersAsItIsToldTo) {
+    Running program({"l-tidal", "--link", Link(), "--start=stopped", "--firmware", "1.02", "--serial",
+                     "LT-123", "--config=300", "--cal-serial", "LT9912345", "--cal-age", "200", "--dump-text",
+                     "--silent-to", "period", "--reply-delay", "50"});
+    program.Lines(1);
+    const Port port(Link(), B19200);
+    port.Write("VER\r");
+    EXPECT_EQ(port.Read(HasLines(2)), "VER\r\nFirmware version 1.02\r\n");
+    port.Write("PERIOD\rID\r");
+    const std::string identity = port.Read(HasLines(9));
+    EXPECT_NE(identity.find("PERIOD\r\nID\r\nIdentification:\r\n"), std::string::npos) << identity;
+    EXPECT_NE(identity.find("\r\nS/N: LT-123\r\nConfig: 300\r\n"), std::string::npos);
+    port.Write("DUMPCFG\r");
+    const std::string cal = port.Read([](const std::string& t) { return t.ends_with("[End]\r\n"); });
+    EXPECT_NE(cal.find("\r\nSerial=LT9912345\r\n"), std::string::npos);
+    Running odd({"l-tidal", "--short-id", "--double-replies", "--start=stopped", "--link", Link() + "x"});
+    odd.Lines(1);
+    const Port other(Link() + "x", B19200);
+    other.Write("ID\r");
+    EXPECT_EQ(other.Read(HasLines(3)), "ID\r\nLT040712\r\nLT040712\r\n");
+    Running cut({"corvane-2", "--cal-store", "file", "--cut-replies", "2", "--start=stopped", "--link",
+                 Link() + "y"});
+    cut.Lines(1);
+    const Port last(Link() + "y", B19200);
+    last.Write("GCF\rID\r");
+    EXPECT_EQ(last.Read(HasLines(5)), "GCF\r\nUnknown command\r\nID\r\nIdentification:\r\nModel: CV2\r\n");
+}
+
+TEST_F(Program, ChangesItsRateOnceTheAnswerIsOut) {
+    Running program({"delph-2", "--link", Link(), "--start=stopped"});
+    program.Lines(1);
+    {
+        const Port port(Link(), B19200);
+        port.Write("BAUD,57600\r");
+        EXPECT_EQ(port.Read(HasLines(2)), "BAUD,57600\r\nBaud rate: 57600\r\n");
+    }
+    const Port port(Link(), B57600);
+    port.Write("VER\r");
+    EXPECT_EQ(port.Read(HasLines(2)), "VER\r\nFirmware version 1.85\r\n");
+}
+
 TEST_F(Program, IsUnderstoodAtItsOwnRateOnly) {
     Running program({"corvane-4", "--link", Link(), "--baud", "9600", "--rate", "10"});
     program.Lines(1);
@@ -253,6 +294,8 @@ TEST_F(Program, RefusesWhatItDoesNotKnow) {
         {{"delph-2", "--baud", "1200"}, "bad value \"1200\" for --baud"},
         {{"delph-2", "--rate", "fast"}, "bad value \"fast\" for --rate"},
         {{"delph-2", "--seed"}, "bad value \"\" for --seed"},
+        {{"delph-2", "--firmware", "new"}, "bad value \"new\" for --firmware"},
+        {{"delph-2", "--cal-store", "none"}, "bad value \"none\" for --cal-store"},
         {{"delph-2", "--help=yes"}, "bad value \"yes\" for --help"},
         {{"delph-2", "--form", "verbose"}, "Delph-2 does not have that line form"},
     };
