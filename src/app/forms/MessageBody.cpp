@@ -26,17 +26,17 @@ int HeightAt(const QFontMetrics& metrics, const QString& text, int width) {
 MessageBody::MessageBody(QStyle::StandardPixmap icon, QWidget* parent)
     : QWidget(parent), area_(new QScrollArea(this)), message_(new QLabel) {
     auto* picture = new QLabel(this);
-    const int iconSize = style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
-    picture->setPixmap(style()->standardIcon(icon).pixmap(QSize(iconSize, iconSize), devicePixelRatio()));
+    picture->setPixmap(style()->standardIcon(icon).pixmap(QSize(IconSize(), IconSize()), devicePixelRatio()));
     picture->setAlignment(Qt::AlignTop);
     message_->setObjectName("Message");
     message_->setTextFormat(Qt::PlainText);
     message_->setWordWrap(true);
-    message_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     message_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     area_->setWidget(message_);
     area_->setWidgetResizable(true);
     area_->setFrameShape(QFrame::NoFrame);
+    // The room that SetText measures is all it wants; what a scroll area would like by itself is too high.
+    area_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area_->viewport()->setAutoFillBackground(false);
     message_->setAutoFillBackground(false);
@@ -51,10 +51,17 @@ void MessageBody::SetText(const QString& text) {
     message_->setText(text);
     message_->setAccessibleName(text);
     const QSize room = RoomFor(text);
-    const bool scrolls = HeightAt(message_->fontMetrics(), text, room.width()) > room.height();
+    const int height = HeightAt(message_->fontMetrics(), text, room.width());
+    const bool scrolls = height > room.height();
+    // A line or two stand beside the middle of the icon.
+    message_->setAlignment(Qt::AlignLeft | (height < IconSize() ? Qt::AlignVCenter : Qt::AlignTop));
     const int bar = scrolls ? area_->verticalScrollBar()->sizeHint().width() : 0;
     area_->setMinimumSize(room.width() + bar, room.height());
     area_->setFocusPolicy(scrolls ? Qt::StrongFocus : Qt::NoFocus);
+}
+
+int MessageBody::IconSize() const {
+    return style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
 }
 
 QString MessageBody::Text() const {
@@ -70,9 +77,11 @@ QSize MessageBody::RoomFor(const QString& text) const {
                         kButtonLines * line;
     const int natural = metrics.size(Qt::TextExpandTabs, text).width() + letter;
     int width = std::clamp(natural, kNarrow * letter, kUsual * letter);
-    if (HeightAt(metrics, text, width) > 10 * line) width = std::clamp(natural, width, kWide * letter);
+    const bool lists = text.contains('\n');  // of paths, which read badly when they are broken
+    if (lists || HeightAt(metrics, text, width) > 10 * line)
+        width = std::clamp(natural, width, kWide * letter);
     width = std::min(width, screen.width() * 8 / 10);
-    return {width, std::clamp(HeightAt(metrics, text, width) + 2, 2 * line, std::max(ceiling, 4 * line))};
+    return {width, std::clamp(HeightAt(metrics, text, width) + 2, IconSize(), std::max(ceiling, 4 * line))};
 }
 
 QVBoxLayout* LayMessageForm(QWidget* form, MessageBody* body) {

@@ -22,6 +22,7 @@ class MessageBody final : public QWidget {
   private:
     /// The text's room: wider for long texts, so that they do not become a column.
     [[nodiscard]] QSize RoomFor(const QString& text) const;
+    [[nodiscard]] int IconSize() const;
 
     QScrollArea* area_;
     QLabel* message_;

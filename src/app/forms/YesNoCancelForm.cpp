@@ -16,6 +16,7 @@ YesNoCancelForm::YesNoCancelForm(const Question& question, QWidget* parent) : QD
         new MessageBody(notice ? QStyle::SP_MessageBoxInformation : QStyle::SP_MessageBoxQuestion, this);
     body->SetText(FromText(question.message));
     auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(8);
     buttons->addStretch();
     QPushButton* first = AddButton(question.first, "YesButton", Choice::First);
     QPushButton* second = AddButton(question.second, "NoButton", Choice::Second);
