@@ -89,50 +89,35 @@ class HeadScan {
     bool tidalTimedSeen_ = false;
 };
 
-/// `nextLine` gives a line and whether there was one.
-template <class NextLine>
-FileHeaderInfo ScanUntilKnown(NextLine nextLine) {
-    HeadScan scan;
-    std::string_view line;
-    while (!scan.AllKnown() && !scan.Full() && nextLine(line)) scan.Take(line);
-    scan.Finish();
-    return scan.info;
-}
-
 }  // namespace
 
 FileError ReadFileHeader(const std::filesystem::path& path, FileHeaderInfo& info) {
     LineReader lines;
     info = {};
     if (FileError error = lines.Open(path)) return error;
+    std::string_view head = lines.Ahead();
     HeadScan scan;
-    std::string_view line;
-    while (!scan.Full() && !(scan.InData() && scan.TypeKnown()) && lines.Next(line)) scan.Take(line);
+    while (!head.empty() && !scan.Full() && !(scan.InData() && scan.TypeKnown()))
+        scan.Take(TakeCalLine(head));
     scan.Finish();
     info = std::move(scan.info);
-    return lines.Error();
+    return {};
 }
 
 InstTypeCode GetDataFileType(const std::filesystem::path& path, std::string& fileType, std::string& serial) {
     LineReader lines;
-    fileType.clear();
-    serial.clear();
-    if (lines.Open(path)) return InstTypeCode::Unknown;
-    FileHeaderInfo info = ScanUntilKnown([&](std::string_view& line) { return lines.Next(line); });
-    fileType = std::move(info.FileType);
-    serial = std::move(info.Serial);
-    return info.InstType;
+    // Only what Open reads is looked at: a file of one endless line must not be read to its end for this.
+    const bool readable = !lines.Open(path);
+    return GetDataFileTypeOfText(readable ? lines.Ahead() : std::string_view(), fileType, serial);
 }
 
 InstTypeCode GetDataFileTypeOfText(std::string_view head, std::string& fileType, std::string& serial) {
-    FileHeaderInfo info = ScanUntilKnown([&](std::string_view& line) {
-        if (head.empty()) return false;
-        line = TakeCalLine(head);
-        return true;
-    });
-    fileType = std::move(info.FileType);
-    serial = std::move(info.Serial);
-    return info.InstType;
+    HeadScan scan;
+    while (!head.empty() && !scan.Full() && !scan.AllKnown()) scan.Take(TakeCalLine(head));
+    scan.Finish();
+    fileType = std::move(scan.info.FileType);
+    serial = std::move(scan.info.Serial);
+    return scan.info.InstType;
 }
 
 std::size_t HeaderLength(std::string_view head) {

@@ -140,6 +140,21 @@ TEST_F(ConvertFileTest, ALineOfAMegabyteCostsOnlyItself) {
     EXPECT_EQ(result.counts, (LineCounts{.lines = 3, .samples = 2, .text = 1}));
 }
 
+#ifdef __linux__
+/// 4 GiB and more do not fit 32 bits. The hole in the file takes no room on the disk.
+TEST_F(ConvertFileTest, ALineOfFourGigabytesCostsOnlyItself) {
+    constexpr std::uintmax_t kSize = (std::uintmax_t{4} << 30) + 5;
+    const std::string line = "\r\n" + WithChecksum(kSample) + "\r\n";
+    const auto source = Write("cast.raw", line);
+    fs::resize_file(source, kSize);
+    std::ofstream(source, std::ios::binary | std::ios::app) << line;
+    const ConversionResult result = ToDat(source);
+    EXPECT_EQ(result.message, "");
+    EXPECT_EQ(result.counts, (LineCounts{.lines = 3, .samples = 2, .text = 1}));
+    EXPECT_EQ(DataOf(In("cast.dat")), kRow + kRow);
+}
+#endif
+
 TEST_F(ConvertFileTest, AFileWithoutBytesGivesAHeaderAlone) {
     const ConversionResult result = ToDat(Write("cast.raw", ""));
     EXPECT_EQ(result.outcome, Outcome::Written);
