@@ -44,7 +44,6 @@ class Converter {
         std::array<double, 6> gain{};
         std::array<double, 6> dark{};
         double Mu = 0, RNominal = 1, bTempCoeff = 0;
-        bool fluorescence = false;
         double beta2bb = 0;
         BetaToBbTerms toBb;
         ModelTerms model;
