@@ -1,0 +1,84 @@
+// Calibration files that cannot be read or written.
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "calibration/CalibrationDataClass.h"
+
+namespace marisonde {
+namespace {
+
+namespace fs = std::filesystem;
+using Cal = CalibrationDataClass;
+
+SigmaParams FixedModel() {
+    SigmaParams params;
+    params.aStarValue = 0.05;
+    return params;
+}
+
+/// A calibration with edits that no file has yet.
+Cal Changed() {
+    Cal cal;
+    cal.InstType = InstTypeCode::Corvane2;
+    cal.Label = "bow";
+    cal.ChangedItems = 5;
+    return cal;
+}
+
+class CalFileErrors : public testing::Test {
+  protected:
+    CalFileErrors()
+        : folder_(fs::temp_directory_path() /
+                  ("calErrors" + std::to_string(reinterpret_cast<std::uintptr_t>(this)))) {
+        fs::create_directories(folder_);
+    }
+    ~CalFileErrors() override { fs::remove_all(folder_); }
+
+    fs::path folder_;
+};
+
+TEST_F(CalFileErrors, AMissingFileFailsInSilence) {
+    Cal cal = Changed();
+    cal.NoteSource("before");
+    const Cal before = cal;
+    const auto result = cal.LoadSourceFile(folder_ / "none.cal", FixedModel(), {});
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.error, "");
+    EXPECT_EQ(cal, before);
+}
+
+TEST_F(CalFileErrors, AFileThatCannotBeReadSaysWhy) {
+    Cal cal = Changed();
+    cal.NoteSource("before");
+    const auto result = cal.LoadSourceFile(folder_, FixedModel(), {});
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.error, "Error opening file: Is a directory.\r" + folder_.string());
+    EXPECT_EQ(cal.SourceFile(), "before");
+    EXPECT_EQ(cal.InstType, InstTypeCode::Unknown);  // nothing of the calibration before is left
+    EXPECT_EQ(cal.Label, "");
+    EXPECT_EQ(GetCalFileType(folder_).error, "Error opening cal file: Is a directory.");
+}
+
+TEST_F(CalFileErrors, AFailedSaveKeepsWhatIsKnownAsChanged) {
+    Cal cal = Changed();
+    const fs::path path = folder_ / "no folder" / "x.cal";
+    const auto result = cal.SaveAsFile(path, {});
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.error, "Error writing file: No such file or directory.\r" + path.string());
+    EXPECT_EQ(cal.ChangedItems, 5);
+    EXPECT_EQ(cal.SourceFile(), "");
+}
+
+TEST_F(CalFileErrors, AFullDiskIsAFailedSave) {
+    if (!fs::exists("/dev/full")) GTEST_SKIP() << "this system has no device that is always full";
+    Cal cal = Changed();
+    const auto result = cal.SaveCopyToFile("/dev/full", {});
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.error, "Error writing file: No space left on device.\r/dev/full");
+    EXPECT_EQ(cal.ChangedItems, 5);
+    EXPECT_EQ(cal.SavedFile(), "");
+}
+
+}  // namespace
+}  // namespace marisonde
