@@ -68,6 +68,16 @@ TEST_F(FormDialogsTest, AQuestionWaitsWithoutHoldingUpAnything) {
     EXPECT_EQ(window.findChild<QDialog*>("YesNoCancelForm"), nullptr) << "nothing is left of it";
 }
 
+TEST_F(FormDialogsTest, DialogsOfAWindowDoNotCoverEachOther) {
+    std::optional<Choice> first;
+    dialogs.ShowError("a notice of the start");
+    Ask(first);
+    const QRect notice = Shown<QDialog>("ErrorForm")->geometry();
+    const QRect question = Shown<QDialog>("YesNoCancelForm")->geometry();
+    EXPECT_FALSE(notice.intersects(question));
+    EXPECT_TRUE(window.screen()->availableGeometry().contains(question));
+}
+
 TEST_F(FormDialogsTest, CancellingTheOperationClosesItsQuestion) {
     std::optional<Choice> answer;
     Ask(answer);

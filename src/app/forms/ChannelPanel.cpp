@@ -27,7 +27,7 @@ ChannelPanel::ChannelPanel(QWidget* parent) : QWidget(parent), hint_(new QLabel(
     column->setSpacing(6);
     hint_->setText("Values appear here when a calibration is loaded.");
     hint_->setWordWrap(true);
-    hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::MinimumExpanding);
+    hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
     hint_->setForegroundRole(QPalette::PlaceholderText);
     column->addWidget(hint_);
     for (int channel = 0; channel < kChannelSlots; ++channel) {

@@ -41,7 +41,9 @@ void ErrorForm::ShowText(const QString& text) {
     notices_.push_back(text);
     if (notices_.size() > kMaxNotices) notices_.pop_front();
     SetText(notices_.join("\n\n"));
-    if (!isVisible()) open();
+    if (isVisible()) return;
+    open();
+    PlaceClearOfOthers(*this);
 }
 
 void ErrorForm::SetText(const QString& text) {

@@ -24,6 +24,7 @@ QCoro::Task<void> WaitFor(Operation& operation, QDialog* dialog) {
     QObject::connect(dialog, &QDialog::finished, dialog, [closed] { *closed = true; });
     QObject::connect(dialog, &QObject::destroyed, [closed] { *closed = true; });
     dialog->open();
+    PlaceClearOfOthers(*dialog);
     const bool* done = closed.get();
     co_await operation.Until([done] { return *done; }, kNoLimit);
     if (shown && shown->isVisible()) shown->reject();

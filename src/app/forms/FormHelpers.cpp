@@ -1,5 +1,6 @@
 #include "app/forms/FormHelpers.h"
 
+#include <QDialog>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QStringDecoder>
@@ -73,6 +74,16 @@ QRect BroughtOntoScreen(QRect wanted, const QList<QRect>& screens, int titleHeig
 void PlaceOnScreen(QWidget& form, QRect wanted) {
     form.setGeometry(
         BroughtOntoScreen(wanted, ScreenAreas(), form.style()->pixelMetric(QStyle::PM_TitleBarHeight)));
+}
+
+void PlaceClearOfOthers(QWidget& form) {
+    constexpr int kGap = 40;  // room for a title bar, whatever the system draws there
+    if (form.parentWidget() == nullptr) return;
+    QRect place = form.geometry();
+    for (const QDialog* other : form.parentWidget()->findChildren<QDialog*>())
+        if (other != &form && other->isVisible() && other->geometry().intersects(place))
+            place.moveTop(other->geometry().bottom() + kGap);
+    if (place != form.geometry()) PlaceOnScreen(form, place);
 }
 
 void SaveFormGeometry(Settings& settings, const QWidget& form, std::string_view section) {

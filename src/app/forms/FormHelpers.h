@@ -23,6 +23,9 @@ QRect BroughtOntoScreen(QRect wanted, const QList<QRect>& screens, int titleHeig
 /// Gives the form this place and size, brought on to a screen of this computer.
 void PlaceOnScreen(QWidget& form, QRect wanted);
 
+/// Moves a form that has just been shown below the other dialogs of its window, so that each can be read.
+void PlaceClearOfOthers(QWidget& form);
+
 /// Keeps "Top", "Left", and for sizable forms "Width" and "Height", in pixels, in the section of that name.
 /// Nothing is kept of a minimised form.
 void SaveFormGeometry(Settings& settings, const QWidget& form, std::string_view section);

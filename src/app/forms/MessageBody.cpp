@@ -24,10 +24,10 @@ int HeightAt(const QFontMetrics& metrics, const QString& text, int width) {
 }  // namespace
 
 MessageBody::MessageBody(QStyle::StandardPixmap icon, QWidget* parent)
-    : QWidget(parent), area_(new QScrollArea(this)), message_(new QLabel) {
-    auto* picture = new QLabel(this);
-    picture->setPixmap(style()->standardIcon(icon).pixmap(QSize(IconSize(), IconSize()), devicePixelRatio()));
-    picture->setAlignment(Qt::AlignTop);
+    : QWidget(parent), picture_(new QLabel(this)), area_(new QScrollArea(this)), message_(new QLabel) {
+    picture_->setPixmap(
+        style()->standardIcon(icon).pixmap(QSize(IconSize(), IconSize()), devicePixelRatio()));
+    picture_->setAlignment(Qt::AlignTop);
     message_->setObjectName("Message");
     message_->setTextFormat(Qt::PlainText);
     message_->setWordWrap(true);
@@ -43,7 +43,7 @@ MessageBody::MessageBody(QStyle::StandardPixmap icon, QWidget* parent)
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(16);
-    row->addWidget(picture, 0, Qt::AlignTop);
+    row->addWidget(picture_);
     row->addWidget(area_, 1);
 }
 
@@ -54,7 +54,9 @@ void MessageBody::SetText(const QString& text) {
     const int height = HeightAt(message_->fontMetrics(), text, room.width());
     const bool scrolls = height > room.height();
     // A line or two stand beside the middle of the icon.
-    message_->setAlignment(Qt::AlignLeft | (height < IconSize() ? Qt::AlignVCenter : Qt::AlignTop));
+    const Qt::Alignment upright = height < IconSize() ? Qt::AlignVCenter : Qt::AlignTop;
+    message_->setAlignment(Qt::AlignLeft | upright);
+    layout()->setAlignment(picture_, upright);
     const int bar = scrolls ? area_->verticalScrollBar()->sizeHint().width() : 0;
     area_->setMinimumSize(room.width() + bar, room.height());
     area_->setFocusPolicy(scrolls ? Qt::StrongFocus : Qt::NoFocus);

@@ -24,6 +24,7 @@ class MessageBody final : public QWidget {
     [[nodiscard]] QSize RoomFor(const QString& text) const;
     [[nodiscard]] int IconSize() const;
 
+    QLabel* picture_;
     QScrollArea* area_;
     QLabel* message_;
 };
