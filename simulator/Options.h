@@ -80,7 +80,7 @@ struct Options {
     std::string config{};           ///< configuration text; empty: as usual for the model
     int calAgeDays = 45;            ///< days from the calibration to startDate
     CalStore calStore = CalStore::Both;
-    bool dumpAsText = false;  ///< Tidal: "DUMPCFG" gives the calibration file, not the image
+    bool dumpAsText = false;  ///< l-Tidal, n-Tidal: "DUMPCFG" gives the calibration file, not the image
     ReplyOptions replies{};
     FaultOptions faults{};
 };

@@ -85,9 +85,9 @@ std::string TidalCalText(const TidalCalibration& cal, const ModelInfo& info, std
 /// 12 bits of mantissa times 10 to the power of 3 less the upper 4 bits; too small values give 0 and too
 /// large ones the largest.
 std::uint16_t PackedDecimal(double value);
-/// The same as the image of 128 bytes that the instrument holds. Words of 16 bits have their low byte first;
-/// most numbers are packed decimals of 12 bits and a power of ten, exact to 0.05 %. The letters of the serial
-/// come from the model, the x-Tidal passing for an n-Tidal; a date of production that it lacks is 12/98.
+/// The same as the image of 128 bytes that an l-Tidal or n-Tidal holds. Words of 16 bits have their low byte
+/// first; most numbers are packed decimals of 12 bits and a power of ten, exact to 0.05 %. The letters of the
+/// serial come from the model; a date of production that the serial lacks is 12/98.
 std::string TidalCalImage(const TidalCalibration& cal, const ModelInfo& info, std::string_view config,
                           std::int64_t calibratedAt);
 

@@ -35,7 +35,8 @@ std::span<const Instrument::Command> Tidal::FamilyCommands() const {
 }
 
 void Tidal::DumpCal(std::string_view /*argument*/) {
-    if (Settings().dumpAsText) return ReplyText(CalText());
+    // An image has no mark for the x-Tidal.
+    if (Settings().dumpAsText || Info().model == Model::XTidal) return ReplyText(CalText());
     SendBlock(TidalCalImage(cal_, CalInfo(), Config(), CalibratedAt()));
 }
 

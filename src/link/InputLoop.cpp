@@ -43,10 +43,17 @@ void KeepTerminalText(DataWindowState& state, std::string_view chunk) {
         state.TerminalText.erase(0, state.TerminalText.size() - InputBuffer::kMaxPartial);
 }
 
+/// An instrument that does not send its image echoes each request for it; were that an answer, the wait for
+/// one would never end.
+bool IsEchoOfRequest(const DataWindowState& state, std::string_view chunk) {
+    return state.DumpActive && !state.BinaryReceiver.SomethingCame &&
+           chunk.find_first_not_of('C') == std::string_view::npos;
+}
+
 void TakeChunk(InstrumentLink& window, std::string_view chunk) {
     DataWindowState& state = window.State;
     if (!chunk.empty()) {
-        state.LastInputTime = window.Time().Steady();
+        if (!IsEchoOfRequest(state, chunk)) state.LastInputTime = window.Time().Steady();
         state.DataArrived = true;
         KeepTerminalText(state, chunk);
         if (window.OnChunk) window.OnChunk(chunk);

@@ -97,6 +97,8 @@ TEST(Dump, OffersTheImageBehindTheEcho) {
 TEST(Dump, IsTextByOption) {
     Conversation talk(Model::NTidal, {.dumpAsText = true});
     EXPECT_EQ(talk.Ask("DUMPCFG", 10s), talk.instrument->CalText());
+    Conversation always(Model::XTidal);
+    EXPECT_EQ(always.Ask("DUMPCFG", 10s), always.instrument->CalText());
     Conversation corvane(Model::Corvane6);
     EXPECT_EQ(corvane.Ask("DUMPCFG"), "Unknown command\r\n");
 }
