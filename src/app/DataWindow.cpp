@@ -69,6 +69,7 @@ DataWindow::DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<Serial
       dialogs_(dialogs) {
     app_.windows.at(static_cast<std::size_t>(Index())) = this;
     Plot.MaxGraphPoints = app_.prefs.MaxGraphPoints;
+    Plot.SigmaOption = app_.prefs.Sigma ? SigmaChoice::SigmaCorrect : SigmaChoice::NoSigma;
     Link.OnChunk = [this](std::string_view chunk) {
         if (const auto trouble = Files.WriteRaw(chunk, app_.clock.Steady())) Report(*trouble);
     };
@@ -86,6 +87,7 @@ DataWindow::~DataWindow() {
 }
 
 void DataWindow::Tick() {
+    FollowCalibration();
     if (Link.Line().IsOpen()) {
         ProcessInput(Link, app_.scratch);
         HandleResponse(Link);
@@ -99,6 +101,18 @@ void DataWindow::Tick() {
     else
         LiveTick();
     for (const DataFileTrouble& trouble : Files.FlushIfDue(app_.clock.Steady())) Report(trouble);
+}
+
+/// A calibration that the instrument sends replaces the window's own before anyone has shown it: a sample
+/// must never meet the conversion of the calibration before. Done ahead of the input, because a reply that is
+/// complete is checked only after the tick that brought its end.
+void DataWindow::FollowCalibration() {
+    if (!Link.State.CalReady) converter_.reset();
+    if (!Link.State.CalReady || converter_) return;
+    if (Plot.Model() == Link.CalData.InstType)
+        CalibrationChanged();
+    else
+        ShowCalibration();
 }
 
 /// The supply comes with lines of few kinds, some of which carry no sample.
@@ -126,7 +140,7 @@ void DataWindow::TransferTick() {
 }
 
 void DataWindow::LiveTick() {
-    if (!Link.State.CalReady || Link.DataLineQueue.size() == 0) return;
+    if (!Link.State.CalReady || !converter_ || Link.DataLineQueue.size() == 0) return;
     for (int lines = Plot.BeginTick(Link.DataLineQueue.size()); lines > 0; --lines) {
         if (!TakeNextSample()) {
             Plot.AbandonTick();
@@ -178,11 +192,22 @@ std::string DataWindow::LineLostText() const {
            ".  The data received so far are kept.  Check the cable.";
 }
 
-/// What an instrument is started for is recorded, unless its user has asked for nothing of the kind.
+/// What an instrument is started for is recorded, unless its user has asked for nothing of the kind. New
+/// files would take the place of those that a full disk has ended: what these hold is worth more than what
+/// comes.
 bool DataWindow::LogWhatIsStarted() {
-    if (Link.State.CurrentCommand != "STARTNOLOG" && !Files.AnyOpen())
+    if (Link.State.CurrentCommand == "STARTNOLOG" || Files.AnyOpen()) return true;
+    if (Files.HasUnsavedData())
+        dialogs_.ShowError(NotRecordedText());
+    else
         OpenDataFiles("raw", Link.State.CalReady);
     return true;
+}
+
+std::string DataWindow::NotRecordedText() const {
+    return "What the instrument sends from now on is shown but not recorded, "
+           "because data recorded before are not saved yet:\n" +
+           WhereDataAre() + "\nSave them, then start the instrument again.";
 }
 
 void DataWindow::Report(const DataFileTrouble& trouble) {
@@ -292,8 +317,9 @@ std::string DataWindow::DefaultFileName() const {
     const auto two = [](int n) { return std::string(n < 10 ? "0" : "") + std::to_string(n); };
     std::string name =
         Link.CalData.Serial.empty() ? std::string(InstTypeName(Link.State.InstType)) : Link.CalData.Serial;
+    // A point would begin the extension, which every file of the pair has its own.
     for (char& c : name)
-        if (c == '/' || c == '\\' || c == ':') c = '_';
+        if (c == '/' || c == '\\' || c == ':' || c == '.') c = '_';
     name += " " + std::to_string(now.year) + "-" + two(now.month) + "-" + two(now.day);
     return name + " " + two(now.hour) + two(now.minute) + two(now.second);
 }

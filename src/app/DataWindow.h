@@ -68,6 +68,7 @@ class DataWindow {
     [[nodiscard]] std::string DefaultFileName() const;
 
   private:
+    void FollowCalibration();
     void ReadTerminalQueue();
     void TransferTick();
     void LiveTick();
@@ -76,14 +77,15 @@ class DataWindow {
     void WatchForSilence();
     void WatchLine();
     bool LogWhatIsStarted();
+    [[nodiscard]] std::string NotRecordedText() const;
     void Report(const DataFileTrouble& trouble);
 
     AppContext& app_;
     Dialogs& dialogs_;
-    std::optional<Converter> converter_;
-    std::string line_;       ///< the queued line at hand
-    RawSample supply_;       ///< the newest line that told the supply voltage
-    bool lineLost_ = false;  ///< the vanished device has been reported
+    std::optional<Converter> converter_;  ///< of CalData while CalReady; none before
+    std::string line_;                    ///< the queued line at hand
+    RawSample supply_;                    ///< the newest line that told the supply voltage
+    bool lineLost_ = false;               ///< the vanished device has been reported
 };
 
 /// What the user is told when no calibration is at hand.

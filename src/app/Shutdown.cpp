@@ -5,6 +5,7 @@
 #include "app/DataWindow.h"
 #include "app/FileDialogs.h"
 #include "files/DataFileQuestions.h"
+#include "link/Commands.h"
 #include "platform/Operations.h"
 
 namespace marisonde {
@@ -34,7 +35,8 @@ bool HasFile(const DataFileState& files, DataFileKind kind) {
 
 QCoro::Task<bool> PutToSleep(Operation& operation, DataWindow& window) {
     const DataWindowState& state = window.Link.State;
-    window.Link.QueueOutput("SLEEP\r");
+    // It may have gone to sleep while the question stood, and the same command would wake it.
+    if (state.InstState != InstStateCode::Sleeping) SendCommandNow("SETSLEEP", window.Link);
     co_await operation.Until([&state] { return state.InstState == InstStateCode::Sleeping; },
                              std::chrono::seconds(kSleepConfirmSeconds));
     co_return state.InstState == InstStateCode::Sleeping;

@@ -4,6 +4,7 @@
 
 #include "app/DataWindow.h"
 #include "app/WindowFixture.h"
+#include "link/Commands.h"
 
 namespace marisonde {
 namespace {
@@ -259,6 +260,65 @@ TEST_F(DataWindowTest, FullDiskIsReportedOnceWhileLiveDataGoOn) {
     ASSERT_EQ(dialogs.errors.size(), 2U) << "the raw and the calibrated file, once each";
     for (const std::string& error : dialogs.errors)
         EXPECT_NE(error.find(std::generic_category().message(ENOSPC)), std::string::npos) << error;
+}
+
+TEST_F(DataWindowTest, StartingAgainKeepsWhatAFullDiskHasEnded) {
+    const auto window = Scripted(Model::Corvane6, [] { return std::make_unique<FailingOutputFile>(3000); });
+    // The files are in memory; these stand in their places.
+    const auto raw = window->Files.State().rawTemporary;
+    TestFolder::Write(raw, "an hour of data");
+    for (int i = 0; i < 300; ++i) {
+        port->Queue(SampleLine() + "\r");
+        Run(*window, kTick);
+    }
+    ASSERT_FALSE(window->Files.AnyOpen());
+    dialogs.errors.clear();
+    SendCommandNow("START", window->Link);
+    EXPECT_EQ(window->Link.PendingOutput, "START,0\r") << "it is shown all the same";
+    EXPECT_EQ(TestFolder::Read(raw), "an hour of data");
+    EXPECT_FALSE(window->Files.AnyOpen());
+    EXPECT_TRUE(window->Files.HasUnsavedData());
+    EXPECT_EQ(dialogs.errors,
+              std::vector<std::string>{
+                  "What the instrument sends from now on is shown but not recorded, because data recorded "
+                  "before are not saved yet:\n" +
+                  raw.string() + "\n" + window->Files.State().datTemporary.string() +
+                  "\nSave them, then start the instrument again."});
+}
+
+TEST_F(DataWindowTest, StartingOpensFilesUnlessNoneAreWanted) {
+    const auto window = Scripted(Model::Corvane6);
+    window->Files.CloseDataFiles(false);
+    SendCommandNow("STARTNOLOG", window->Link);
+    EXPECT_FALSE(window->Files.AnyOpen());
+    SendCommandNow("START", window->Link);
+    EXPECT_TRUE(window->Files.IsOpen(DataFileKind::Raw));
+    EXPECT_TRUE(window->Files.IsOpen(DataFileKind::Dat));
+    const std::string rawBefore = RawText(*window);
+    window->Files.WriteRaw("line\r", clock.Steady());
+    SendCommandNow("START", window->Link);
+    window->Files.FlushIfDue(clock.Steady() + std::chrono::seconds(1));
+    EXPECT_EQ(RawText(*window), rawBefore + "line\r") << "files that are open go on";
+}
+
+TEST_F(DataWindowTest, SigmaOptionIsThatOfTheLastRun) {
+    {
+        const DataWindow window(app, dialogs, std::make_unique<ScriptedLine>());
+        EXPECT_EQ(window.Plot.SigmaOption, SigmaChoice::SigmaCorrect);
+    }
+    app.prefs.Sigma = false;
+    const auto window = Scripted(Model::Corvane6);
+    EXPECT_EQ(window->Plot.SigmaOption, SigmaChoice::NoSigma);
+    EXPECT_EQ(window->Plot.ChartContents(0, 1), PlotType::BbUncorrected);
+}
+
+TEST_F(DataWindowTest, ProposedNameIsSerialAndTimeWithoutAnExtension) {
+    const auto window = Scripted(Model::Corvane6);
+    // 40735.385671 is 11 July 2011; 0.385671 * 86400 = 33321.97 seconds, shown as 09:15:22.
+    window->Link.CalData.Serial = "CV6/97.12";
+    EXPECT_EQ(window->DefaultFileName(), "CV6_97_12 2011-07-11 091522");
+    window->Link.CalData.Serial.clear();
+    EXPECT_EQ(window->DefaultFileName(), "Corvane-6 2011-07-11 091522");
 }
 
 TEST_F(DataWindowTest, RemovedFolderIsReportedWhileLiveDataGoOn) {

@@ -1,5 +1,6 @@
 #include "app/Shutdown.h"
 #include "app/WindowFixture.h"
+#include "link/Commands.h"
 
 namespace marisonde {
 namespace {
@@ -53,10 +54,19 @@ constexpr const char* kNotConfirmed = "The instrument did not confirm the sleep 
 
 TEST_F(ShutdownTest, DiscardCloseAndSleep) {
     const auto window = Sampling();
+    SendCommandNow("STOP", window->Link);
+    Run(*window, std::chrono::seconds(1));
     const auto raw = window->Files.State().rawTemporary;
-    EXPECT_EQ(Close(*window, {Choice::Second, Choice::First, Choice::First}), true);
-    EXPECT_EQ(Asked(), (std::vector<std::string>{kUnsaved, kReceiving, kSleep}));
+    EXPECT_EQ(Close(*window, {Choice::Second, Choice::First}), true);
+    EXPECT_EQ(Asked(), (std::vector<std::string>{kUnsaved, kSleep}));
     EXPECT_FALSE(std::filesystem::exists(raw));
+    EXPECT_FALSE(window->Link.Line().IsOpen());
+}
+
+TEST_F(ShutdownTest, SamplingInstrumentThatHeedsOnlyStopDoesNotConfirm) {
+    const auto window = Sampling();
+    EXPECT_EQ(Close(*window, {Choice::Second, Choice::First, Choice::First, Choice::First}), true);
+    EXPECT_EQ(Asked(), (std::vector<std::string>{kUnsaved, kReceiving, kSleep, kNotConfirmed}));
     EXPECT_FALSE(window->Link.Line().IsOpen());
 }
 
@@ -166,6 +176,30 @@ TEST_F(ShutdownTest, ConfirmedSleepIsNotAskedAbout) {
     port->Queue("Sleeping\r");
     EXPECT_EQ(Close(*window, {Choice::First}), true);
     EXPECT_EQ(Asked(), std::vector<std::string>{kSleep});
+}
+
+TEST_F(ShutdownTest, SleepIsACommandWhoseSilenceIsCountedFromNow) {
+    const auto window = Scripted(Model::Corvane6);
+    window->Link.State.InstState = InstStateCode::Stopped;
+    clock.AdvanceBy(std::chrono::seconds(10));
+    const Millis before = clock.Steady();
+    Close(*window, {Choice::First, Choice::First});
+    EXPECT_GE(window->Link.State.LastInputTime, before);
+}
+
+TEST_F(ShutdownTest, InstrumentThatFellAsleepDuringTheQuestionIsNotWoken) {
+    const auto window = Scripted(Model::Corvane6);
+    window->Link.State.InstState = InstStateCode::Stopped;
+    EXPECT_EQ(Close(*window, {}), std::nullopt);
+    window->Link.State.InstState = InstStateCode::Sleeping;
+    dialogs.answers = {Choice::First};
+    for (int tick = 0; tick < 5; ++tick) {
+        Run(*window, kTick);
+        pump.ResumeReady();
+    }
+    EXPECT_EQ(result, true);
+    EXPECT_EQ(Asked(), std::vector<std::string>{kSleep});
+    EXPECT_EQ(port->TakeWritten(), "");
 }
 
 TEST_F(ShutdownTest, EndingTheOperationEndsItsQuestion) {
