@@ -88,6 +88,7 @@ std::optional<std::string> DataFiles::OpenOne(DataFileKind kind, const DataFiles
     Slot& slot = At(kind);
     slot.file = makeFile_();
     FileError error = slot.file->Open(path, OpenMode::Replace);
+    const bool made = !error;
     if (!error) error = slot.file->Append(header);
     // A disk that has no room for a header is found out now, not when the first samples are lost.
     if (!error) error = slot.file->Flush();
@@ -97,6 +98,10 @@ std::optional<std::string> DataFiles::OpenOne(DataFileKind kind, const DataFiles
         return std::nullopt;
     }
     slot = {};
+    // The rest of a header is no data: left behind, the next start would take it for what a dead run
+    // recorded.
+    std::error_code passedOver;
+    if (made) fs::remove(path, passedOver);
     return "Error opening " + path.string() + ": " + error.text + ".";
 }
 

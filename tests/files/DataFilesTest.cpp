@@ -278,6 +278,22 @@ TEST_F(DataFilesTest, NamingLaterGivesTheFilesTheirFinalPaths) {
 }
 
 #ifdef __linux__
+TEST_F(DataFilesTest, AFileWithoutRoomForItsHeaderLeavesNothingBehind) {
+    fs::create_symlink("/dev/full", Temporary() / "0.raw");  // takes no byte, as a full disk does
+    DataFiles files(0);
+    EXPECT_EQ(files.OpenDataFiles(Both()),
+              std::vector<std::string>{"Error opening " + (Temporary() / "0.raw").string() + ": " +
+                                       std::generic_category().message(ENOSPC) + "."});
+    EXPECT_EQ(NamesIn(Temporary()), std::set<std::string>{"0.dat"});
+}
+
+TEST_F(DataFilesTest, WhatCannotBeOpenedIsLeftAlone) {
+    fs::create_directory(Temporary() / "0.raw");
+    DataFiles files(0);
+    EXPECT_EQ(files.OpenDataFiles(Both()).size(), 1U);
+    EXPECT_EQ(NamesIn(Temporary()), (std::set<std::string>{"0.raw", "0.dat"}));
+}
+
 TEST_F(DataFilesTest, ARemovedFolderIsReportedOnceAndDataComeOn) {
     DataFiles files(0);
     ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
