@@ -87,19 +87,17 @@ std::string BatchConversion::Prepare() {
     return result.ok ? "" : result.error;
 }
 
-ConversionResult BatchConversion::Convert(const fs::path& source, const ConversionHost& host) {
+std::optional<FileConversion> BatchConversion::Begin(const fs::path& source, std::string& error) {
     const fs::path destination = DestinationOf(request_, source);
     if (!written_.insert(destination.lexically_normal()).second) {
-        ConversionResult result;
-        result.message =
+        error =
             "Error opening " + destination.string() + ": another of the files has just been written there";
-        return result;
+        return std::nullopt;
     }
-    if (request_.decimal) {
-        const InstTypeCode assumed = request_.calFile.empty() ? InstTypeCode::Unknown : calibration_.InstType;
-        return ConvertRawToDec(source, destination, request_.houseCheck, assumed, host);
-    }
-    return ConvertRawToDat(source, destination, stamp_, calibration_, sigma_, water_, host);
+    if (!request_.decimal)
+        return FileConversion::ToDat(source, destination, stamp_, calibration_, sigma_, water_);
+    const InstTypeCode assumed = request_.calFile.empty() ? InstTypeCode::Unknown : calibration_.InstType;
+    return FileConversion::ToDec(source, destination, request_.houseCheck, assumed);
 }
 
 }  // namespace marisonde

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -59,8 +60,9 @@ class BatchConversion {
     [[nodiscard]] const std::vector<std::string>& Messages() const { return messages_; }
     [[nodiscard]] const CalibrationDataClass& Calibration() const { return calibration_; }
 
-    /// Converts one of the files. Two sources never become one file: the second of them fails.
-    ConversionResult Convert(const std::filesystem::path& source, const ConversionHost& host);
+    /// Begins the conversion of one of the files. Two sources never become one file: nullopt, with the reason
+    /// in `error`, when another of them has been written there.
+    std::optional<FileConversion> Begin(const std::filesystem::path& source, std::string& error);
 
   private:
     BatchRequest request_;

@@ -4,7 +4,9 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <optional>
 #include <system_error>
+#include <utility>
 
 #include "app/BatchConversion.h"
 #include "files/FileHeaderInfo.h"
@@ -87,6 +89,17 @@ void WarnAboutModel(const fs::path& source, InstTypeCode calibrated, const Conso
                           ".");
 }
 
+ConversionResult RunShowingProgress(FileConversion conversion, const fs::path& source,
+                                    const Console& console) {
+    ProgressLine line(console, source.string());
+    ConversionHost host;
+    host.progress = [&](const ReadProgress& progress) {
+        line.Show(progress);
+        return !console.interrupted();
+    };
+    return RunToEnd(std::move(conversion), host);
+}
+
 /// Converts one file. False: it was not written.
 bool ConvertOne(const fs::path& source, BatchConversion& batch, const BatchRequest& request, bool overwrite,
                 const Console& console) {
@@ -96,16 +109,13 @@ bool ConvertOne(const fs::path& source, BatchConversion& batch, const BatchReque
         return false;
     }
     if (!request.decimal) WarnAboutModel(source, batch.Calibration().InstType, console);
-    ConversionResult result;
-    {
-        ProgressLine line(console, source.string());
-        ConversionHost host;
-        host.progress = [&](const ReadProgress& progress) {
-            line.Show(progress);
-            return !console.interrupted();
-        };
-        result = batch.Convert(source, host);
+    std::string error;
+    std::optional<FileConversion> conversion = batch.Begin(source, error);
+    if (!conversion) {
+        Complain(console, error);
+        return false;
     }
+    const ConversionResult result = RunShowingProgress(*std::move(conversion), source, console);
     if (result.outcome == Outcome::Failed) Complain(console, result.message);
     if (result.outcome != Outcome::Written) return false;
     console.out(SummaryOf(source, destination, result.counts));

@@ -1,5 +1,7 @@
 #include "files/ConvertFile.h"
 
+#include <functional>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -21,13 +23,6 @@ using Outcome = ConversionResult::Outcome;
 
 /// Large enough that a system call costs nothing per line, small enough for the nearest caches.
 constexpr std::size_t kWriteBlock = std::size_t{64} * 1024;
-
-ConversionResult Failed(std::string_view doing, const fs::path& path, std::string_view reason) {
-    ConversionResult result;
-    result.message.append("Error ").append(doing).append(" ").append(path.string());
-    result.message.append(": ").append(reason);
-    return result;
-}
 
 /// A file that is written under another name beside its place, and takes its place only when it is complete.
 class ReplacedFile {
@@ -67,37 +62,6 @@ class ReplacedFile {
     bool opened_ = false;
 };
 
-/// The road of every conversion: lines in, `writeSample` for each sample, blocks out. `text` holds the
-/// header.
-template <class WriteSample>
-ConversionResult Run(const fs::path& source, const fs::path& destination, RawFileReader& reader,
-                     std::string text, const ConversionHost& host, WriteSample writeSample) {
-    std::error_code passedOver;
-    if (fs::equivalent(source, destination, passedOver))
-        return Failed("opening", destination, "it is the file to be converted");
-    if (const FileError error = reader.Open(source)) return Failed("opening", source, error.text);
-    ReplacedFile file(destination, host.makeFile());
-    if (const FileError error = file.Open()) return Failed("opening", destination, error.text);
-    text.reserve(kWriteBlock + 4096);
-    int untilProgress = kLinesPerProgress;
-    while (reader.NextLine()) {
-        if (reader.HasSample()) writeSample(text);
-        if (text.size() >= kWriteBlock) {
-            if (const FileError error = file.Append(text)) return Failed("writing", destination, error.text);
-            text.clear();
-        }
-        if (--untilProgress > 0) continue;
-        untilProgress = kLinesPerProgress;
-        if (host.progress && !host.progress(reader.Progress()))
-            return {Outcome::Cancelled, "", reader.Counts()};
-    }
-    if (const FileError& error = reader.Error()) return Failed("reading", source, error.text);
-    FileError error = file.Append(text);
-    if (!error) error = file.Commit();
-    if (error) return Failed("writing", destination, error.text);
-    return {Outcome::Written, "", reader.Counts()};
-}
-
 bool HasExtension(const fs::path& path, std::string_view extension) {
     return EqualIgnoringCase(path.extension().string(), extension);
 }
@@ -114,36 +78,153 @@ std::string ReasonAgainst(const fs::path& source, InstTypeCode& model) {
 
 }  // namespace
 
+/// Everything that lives as long as the conversion.
+struct FileConversion::Parts {
+    fs::path source;
+    fs::path destination;
+    Converter converter;
+    std::optional<RawFileReader> reader;
+    std::optional<ReplacedFile> file;
+    std::string text;  ///< what is not yet written; at first the header
+    std::function<void(const RawFileReader&, std::string&)> writeSample;
+};
+
+FileConversion::FileConversion() : parts_(std::make_unique<Parts>()) {}
+FileConversion::FileConversion(FileConversion&&) noexcept = default;
+FileConversion& FileConversion::operator=(FileConversion&&) noexcept = default;
+FileConversion::~FileConversion() = default;
+
+FileConversion FileConversion::ToDat(const fs::path& source, const fs::path& destination,
+                                     const HeaderStamp& stamp, const CalibrationDataClass& calibration,
+                                     const SigmaParams& sigma, const PureWaterParams& water,
+                                     const MakeOutputFile& makeFile) {
+    FileConversion conversion;
+    InstTypeCode told = InstTypeCode::Unknown;
+    if (const std::string reason = ReasonAgainst(source, told); !reason.empty()) {
+        conversion.Fail("opening", source, reason);
+        return conversion;
+    }
+    const InstTypeCode type = calibration.InstType;
+    const bool betas = water.WriteBetaColumns;
+    Parts& parts = *conversion.parts_;
+    parts.source = source;
+    parts.destination = destination;
+    parts.converter = Converter(calibration, sigma, water);
+    parts.reader.emplace(type, parts.converter);
+    WriteDatHeader(parts.text, stamp, source.string(), calibration, sigma, water);
+    parts.writeSample = [type, betas](const RawFileReader& reader, std::string& out) {
+        WriteDatLine(out, reader.Sample(), type, betas);
+    };
+    conversion.Open(makeFile);
+    return conversion;
+}
+
+FileConversion FileConversion::ToDec(const fs::path& source, const fs::path& destination, bool houseCheck,
+                                     InstTypeCode assumed, const MakeOutputFile& makeFile) {
+    FileConversion conversion;
+    InstTypeCode told = InstTypeCode::Unknown;
+    std::string reason = ReasonAgainst(source, told);
+    const InstTypeCode type = told == InstTypeCode::Unknown ? assumed : told;
+    std::error_code passedOver;
+    if (reason.empty() && type == InstTypeCode::Unknown && fs::exists(source, passedOver))
+        reason = "it holds no data of a known instrument";
+    if (!reason.empty()) {
+        conversion.Fail("opening", source, reason);
+        return conversion;
+    }
+    Parts& parts = *conversion.parts_;
+    parts.source = source;
+    parts.destination = destination;
+    parts.reader.emplace(type);
+    WriteDecHeader(parts.text, type, houseCheck);
+    parts.writeSample = [type, houseCheck](const RawFileReader& reader, std::string& out) {
+        WriteDecLine(out, reader.Raw(), reader.Kind(), type, houseCheck);
+    };
+    conversion.Open(makeFile);
+    return conversion;
+}
+
+void FileConversion::Open(const MakeOutputFile& makeFile) {
+    Parts& parts = *parts_;
+    std::error_code passedOver;
+    if (fs::equivalent(parts.source, parts.destination, passedOver))
+        return Fail("opening", parts.destination, "it is the file to be converted");
+    if (const FileError error = parts.reader->Open(parts.source))
+        return Fail("opening", parts.source, error.text);
+    parts.file.emplace(parts.destination, makeFile());
+    if (const FileError error = parts.file->Open()) return Fail("opening", parts.destination, error.text);
+    parts.text.reserve(kWriteBlock + 4096);
+}
+
+void FileConversion::Fail(std::string_view doing, const fs::path& path, std::string_view reason) {
+    result_.outcome = Outcome::Failed;
+    result_.message.append("Error ").append(doing).append(" ").append(path.string());
+    result_.message.append(": ").append(reason);
+    // Last, for the path and the reason may be parts of it.
+    parts_.reset();
+}
+
+bool FileConversion::WriteOut() {
+    if (const FileError error = parts_->file->Append(parts_->text)) {
+        Fail("writing", parts_->destination, error.text);
+        return false;
+    }
+    parts_->text.clear();
+    return true;
+}
+
+bool FileConversion::Run(int lines) {
+    if (!parts_) return false;
+    Parts& parts = *parts_;
+    for (; lines > 0; --lines) {
+        if (!parts.reader->NextLine()) {
+            Finish();
+            return false;
+        }
+        if (parts.reader->HasSample()) parts.writeSample(*parts.reader, parts.text);
+        if (parts.text.size() >= kWriteBlock && !WriteOut()) return false;
+    }
+    result_.counts = parts.reader->Counts();
+    return true;
+}
+
+void FileConversion::Finish() {
+    result_.counts = parts_->reader->Counts();
+    if (const FileError& error = parts_->reader->Error()) return Fail("reading", parts_->source, error.text);
+    if (!WriteOut()) return;
+    if (const FileError error = parts_->file->Commit())
+        return Fail("writing", parts_->destination, error.text);
+    result_.outcome = Outcome::Written;
+    parts_.reset();
+}
+
+void FileConversion::Cancel() {
+    if (!parts_) return;
+    result_.outcome = Outcome::Cancelled;
+    parts_.reset();
+}
+
+ReadProgress FileConversion::Progress() const {
+    return parts_ ? parts_->reader->Progress() : ReadProgress{};
+}
+
+ConversionResult RunToEnd(FileConversion conversion, const ConversionHost& host) {
+    while (conversion.Run(kLinesPerProgress))
+        if (host.progress && !host.progress(conversion.Progress())) conversion.Cancel();
+    return conversion.Result();
+}
+
 ConversionResult ConvertRawToDat(const fs::path& source, const fs::path& destination,
                                  const HeaderStamp& stamp, const CalibrationDataClass& calibration,
                                  const SigmaParams& sigma, const PureWaterParams& water,
                                  const ConversionHost& host) {
-    InstTypeCode told = InstTypeCode::Unknown;
-    if (const std::string reason = ReasonAgainst(source, told); !reason.empty())
-        return Failed("opening", source, reason);
-    const InstTypeCode type = calibration.InstType;
-    const Converter converter(calibration, sigma, water);
-    RawFileReader reader(type, converter);
-    std::string header;
-    WriteDatHeader(header, stamp, source.string(), calibration, sigma, water);
-    return Run(source, destination, reader, std::move(header), host,
-               [&](std::string& out) { WriteDatLine(out, reader.Sample(), type, water.WriteBetaColumns); });
+    return RunToEnd(
+        FileConversion::ToDat(source, destination, stamp, calibration, sigma, water, host.makeFile), host);
 }
 
 ConversionResult ConvertRawToDec(const fs::path& source, const fs::path& destination, bool houseCheck,
                                  InstTypeCode assumed, const ConversionHost& host) {
-    InstTypeCode told = InstTypeCode::Unknown;
-    if (const std::string reason = ReasonAgainst(source, told); !reason.empty())
-        return Failed("opening", source, reason);
-    const InstTypeCode type = told == InstTypeCode::Unknown ? assumed : told;
-    std::error_code passedOver;
-    if (type == InstTypeCode::Unknown && fs::exists(source, passedOver))
-        return Failed("opening", source, "it holds no data of a known instrument");
-    RawFileReader reader(type);
-    std::string header;
-    WriteDecHeader(header, type, houseCheck);
-    return Run(source, destination, reader, std::move(header), host,
-               [&](std::string& out) { WriteDecLine(out, reader.Raw(), reader.Kind(), type, houseCheck); });
+    return RunToEnd(FileConversion::ToDec(source, destination, houseCheck, assumed, host.makeFile), host);
 }
 
 fs::path ConvertedPath(const fs::path& source, std::string_view extension, const fs::path& folder) {

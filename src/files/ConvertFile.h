@@ -29,27 +29,72 @@ struct ConversionResult {
 /// How often, in lines, a conversion reports how far it is.
 inline constexpr int kLinesPerProgress = 300;
 
-/// What a conversion needs of its surroundings.
+using MakeOutputFile = std::function<std::unique_ptr<OutputFile>()>;
+inline std::unique_ptr<OutputFile> MakeDiskFile() {
+    return std::make_unique<DiskFile>();
+}
+
+/// The conversion of one file, some lines at a time, for programs that have other things to do meanwhile. The
+/// source is never altered; the destination appears only once it is complete.
+class FileConversion {
+  public:
+    /// Decodes the raw file `source` as lines of the calibration's model, converts every sample and writes
+    /// the calibrated file `destination`. A source that is a calibrated file is refused. The calibration
+    /// outlives the call only.
+    static FileConversion ToDat(const std::filesystem::path& source, const std::filesystem::path& destination,
+                                const HeaderStamp& stamp, const CalibrationDataClass& calibration,
+                                const SigmaParams& sigma, const PureWaterParams& water,
+                                const MakeOutputFile& makeFile = MakeDiskFile);
+    /// The same without a calibration, into a table of raw numbers. `assumed` is the model of a source whose
+    /// header and data lines tell none; without any model it is refused.
+    static FileConversion ToDec(const std::filesystem::path& source, const std::filesystem::path& destination,
+                                bool houseCheck, InstTypeCode assumed = InstTypeCode::Unknown,
+                                const MakeOutputFile& makeFile = MakeDiskFile);
+
+    FileConversion(FileConversion&&) noexcept;
+    FileConversion& operator=(FileConversion&&) noexcept;
+    /// A conversion that has not ended leaves no file.
+    ~FileConversion();
+
+    /// Converts at most `lines` lines. False once it has ended; Result tells how.
+    bool Run(int lines);
+    /// Ends it without a file.
+    void Cancel();
+    [[nodiscard]] ReadProgress Progress() const;
+    /// How it ended; before that, the counts so far.
+    [[nodiscard]] const ConversionResult& Result() const { return result_; }
+
+  private:
+    struct Parts;
+    FileConversion();
+    void Open(const MakeOutputFile& makeFile);
+    void Fail(std::string_view doing, const std::filesystem::path& path, std::string_view reason);
+    void Finish();
+    [[nodiscard]] bool WriteOut();
+
+    std::unique_ptr<Parts> parts_;  ///< null once it has ended
+    ConversionResult result_;
+};
+
+/// What a conversion in one go needs of its surroundings.
 struct ConversionHost {
     /// Called every kLinesPerProgress lines; false ends the conversion without a file. May be empty.
     std::function<bool(const ReadProgress&)> progress;
-    std::function<std::unique_ptr<OutputFile>()> makeFile = [] { return std::make_unique<DiskFile>(); };
+    MakeOutputFile makeFile = MakeDiskFile;
 };
 
-/// Decodes the raw file `source` as lines of the calibration's model, converts every sample and writes the
-/// calibrated file `destination`. The source is never altered; the destination appears only once it is
-/// complete. A source that is a calibrated file is refused.
+/// FileConversion::ToDat in one go.
 ConversionResult ConvertRawToDat(const std::filesystem::path& source,
                                  const std::filesystem::path& destination, const HeaderStamp& stamp,
                                  const CalibrationDataClass& calibration, const SigmaParams& sigma,
                                  const PureWaterParams& water, const ConversionHost& host = {});
-
-/// The same without a calibration, into a table of raw numbers. `assumed` is the model of a source whose
-/// header and data lines tell none; without any model it is refused.
+/// FileConversion::ToDec in one go.
 ConversionResult ConvertRawToDec(const std::filesystem::path& source,
                                  const std::filesystem::path& destination, bool houseCheck,
                                  InstTypeCode assumed = InstTypeCode::Unknown,
                                  const ConversionHost& host = {});
+/// The rest of a conversion in one go.
+ConversionResult RunToEnd(FileConversion conversion, const ConversionHost& host);
 
 /// `source` with `extension` (".dat") in place of its own, or appended when it has none; in `folder` when
 /// that is not empty. A dot in a folder's name is no extension.
