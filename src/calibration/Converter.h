@@ -55,8 +55,9 @@ class Converter {
 
     /// The scattering terms of all channels side by side: loops over them fill the vector registers.
     struct LaneTerms {
-        std::array<PerLane<double>, 8>
-            gainRNominal{};  ///< by the low bits of the gain; not a number: it failed
+        // By the low bits of the gain. A product that failed is not a number, one that is not used is 1.
+        std::array<PerLane<bool>, 8> usable{};
+        std::array<PerLane<double>, 8> gainRNominal{};
         PerLane<double> Mu{}, bTempCoeff{};
         PerLane<double> c{}, betaWater{}, bbWater{};
         PerLane<double> beta2bb{};
@@ -109,6 +110,7 @@ class Converter {
     [[nodiscard]] std::int32_t NormalizedSignal(std::size_t ch, std::size_t gain, const RawSample& raw) const;
     [[nodiscard]] bool TakeInputs(std::size_t ch, RawSample& raw, LaneInputs& in,
                                   CalibratedSample& out) const;
+    static void ClearChannel(std::size_t ch, std::size_t gain, CalibratedSample& out);
     template <bool careful>
     bool ScatterLanes(const LaneInputs& __restrict in, double warmth, LaneValues& __restrict values) const;
     void StoreLanes(const PerLane<bool>& usable, const LaneValues& __restrict values,

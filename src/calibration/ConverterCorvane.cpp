@@ -42,26 +42,27 @@ std::int32_t Converter::NormalizedSignal(std::size_t ch, std::size_t gain, const
 /// False, with the output of the channel cleared, when it has no usable gain. Other lanes get values that do
 /// no harm.
 bool Converter::TakeInputs(std::size_t ch, RawSample& raw, LaneInputs& in, CalibratedSample& out) const {
-    in.snorm[ch] = 0;
-    in.gainRNominal[ch] = 1;
-    if (ch >= static_cast<std::size_t>(channels_)) return false;
     const std::size_t g = static_cast<unsigned>(raw.Gain[ch]) & kGainMask;
-    const bool inRange = g >= kFirstGain && g <= kLastGain;
-    if (!inRange || scatter_[ch].gain[g] == 0) {
-        out.Valid[ch] = false;
-        out.bbUncorr[ch] = out.bb[ch] = 0;
-        if (!inRange) out.betaUncorr[ch] = out.beta[ch] = 0;
+    in.gainRNominal[ch] = lanes_.gainRNominal[g][ch];
+    if (!lanes_.usable[g][ch]) {
+        in.snorm[ch] = 0;
+        if (ch < lanes_.count) ClearChannel(ch, g, out);
         return false;
     }
     if (raw.Snorm[ch] == 0) raw.Snorm[ch] = NormalizedSignal(ch, g, raw);
     in.snorm[ch] = raw.Snorm[ch];
-    in.gainRNominal[ch] = lanes_.gainRNominal[g][ch];
     return true;
 }
 
+/// A channel without a relative gain keeps its beta; one without a gain step does not.
+void Converter::ClearChannel(std::size_t ch, std::size_t gain, CalibratedSample& out) {
+    out.Valid[ch] = false;
+    out.bbUncorr[ch] = out.bb[ch] = 0;
+    if (gain < kFirstGain || gain > kLastGain) out.betaUncorr[ch] = out.beta[ch] = 0;
+}
+
 /// All channels at once. The quick form leaves what failed as it comes out and answers whether nothing did; a
-/// failed value makes K, sigma or bb infinite or not a number, so these and the divisors are all that is
-/// looked at.
+/// failed value makes K, sigma or bb infinite or not a number, and so the sum of these and the divisors.
 template <bool careful>
 bool Converter::ScatterLanes(const LaneInputs& __restrict in, double warmth,
                              LaneValues& __restrict values) const {
@@ -70,12 +71,12 @@ bool Converter::ScatterLanes(const LaneInputs& __restrict in, double warmth,
         return static_cast<double>(careful ? Single(value) : static_cast<float>(value));
     };
     const LaneTerms& __restrict terms = lanes_;
-    PerLane<double> fault;
+    PerLane<double> sums;
     for (std::size_t ch = 0; ch < kLanes; ++ch) {
         const double warm = 1 + terms.bTempCoeff[ch] * warmth;
         const double beta = terms.Mu[ch] * in.snorm[ch] / in.gainRNominal[ch];
         values.betaUncorr[ch] = kept(careful ? Divide(beta, warm) : beta / warm);
-        fault[ch] = warm - warm;  // 0, or not a number
+        sums[ch] = warm;
     }
     for (std::size_t ch = 0; ch < kLanes; ++ch) {
         values.bbUncorr[ch] = kept(static_cast<float>(
@@ -96,12 +97,11 @@ bool Converter::ScatterLanes(const LaneInputs& __restrict in, double warmth,
         values.beta[ch] = beta;
         values.bb[ch] =
             kept(static_cast<float>((beta - terms.betaWater[ch]) * terms.c[ch] + terms.bbWater[ch]));
-        fault[ch] += (values.K[ch] - values.K[ch]) + (values.sigma[ch] - values.sigma[ch]) +
-                     (values.bb[ch] - values.bb[ch]);
+        sums[ch] += values.K[ch] + values.sigma[ch] + values.bb[ch];
     }
     double sum = 0;
-    for (const double lane : fault) sum += lane;
-    return sum == 0;
+    for (const double lane : sums) sum += lane;
+    return !Failed(sum);
 }
 
 /// Channels without a usable gain keep what TakeInputs gave them.
@@ -110,16 +110,13 @@ void Converter::StoreLanes(const PerLane<bool>& usable, const LaneValues& __rest
     for (std::size_t ch = 0; ch < kLanes; ++ch) {
         if (!usable[ch]) continue;
         out.Valid[ch] = true;
+        out.betaUncorr[ch] = values.betaUncorr[ch];
+        out.bbUncorr[ch] = values.bbUncorr[ch];
         out.K = static_cast<float>(values.K[ch]);
+        out.Sigma[ch] = values.sigma[ch];
+        out.beta[ch] = values.beta[ch];
+        out.bb[ch] = values.bb[ch];
     }
-    const auto store = [&usable](const PerLane<double>& from, CalibratedSample::PerChannel<double>& to) {
-        for (std::size_t ch = 0; ch < kLanes; ++ch) to[ch] = usable[ch] ? from[ch] : to[ch];
-    };
-    store(values.betaUncorr, out.betaUncorr);
-    store(values.bbUncorr, out.bbUncorr);
-    store(values.sigma, out.Sigma);
-    store(values.beta, out.beta);
-    store(values.bb, out.bb);
 }
 
 void Converter::ApplyFluorescence(CalibratedSample& out) const {

@@ -61,8 +61,10 @@ void Converter::PrepareScatter(const CalibrationDataClass& cal, int ch, const Pu
 
 void Converter::PrepareLane(std::size_t ch) {
     const ScatterTerms& terms = scatter_[ch];
-    for (std::size_t g = kFirstGain; g <= kLastGain; ++g) {
-        const double product = terms.gain[g] * terms.RNominal;
+    for (std::size_t g = 0; g < lanes_.usable.size(); ++g) {
+        const bool usable = ch < lanes_.count && g >= kFirstGain && g <= kLastGain && terms.gain[g] != 0;
+        const double product = usable ? terms.gain[g] * terms.RNominal : 1;
+        lanes_.usable[g][ch] = usable;
         lanes_.gainRNominal[g][ch] = Failed(product) ? kFailed : product;
     }
     lanes_.Mu[ch] = terms.Mu;
