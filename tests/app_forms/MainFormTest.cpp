@@ -160,6 +160,8 @@ TEST_F(MainFormTest, WhatIsShownCanBeReadAloud) {
 TEST_F(MainFormTest, ThePanelKeepsItsWidthWhenValuesAppear) {
     MainForm* const form = Empty();
     const int empty = PanelOf(form)->width();
+    const auto* const hint = PanelOf(form)->findChild<QLabel*>("Hint");
+    EXPECT_GE(hint->height(), hint->heightForWidth(hint->width())) << "the hint is not cut";
     EXPECT_EQ(PanelOf(Sampling())->width(), empty);
 }
 

@@ -26,8 +26,11 @@ ChannelPanel::ChannelPanel(QWidget* parent) : QWidget(parent), hint_(new QLabel(
     column->setContentsMargins(8, 10, 10, 8);
     column->setSpacing(6);
     hint_->setText("Values appear here when a calibration is loaded.");
+    hint_->setObjectName("Hint");
     hint_->setWordWrap(true);
-    hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
+    QSizePolicy narrow(QSizePolicy::Ignored, QSizePolicy::Minimum);
+    narrow.setHeightForWidth(true);
+    hint_->setSizePolicy(narrow);
     hint_->setForegroundRole(QPalette::PlaceholderText);
     column->addWidget(hint_);
     for (int channel = 0; channel < kChannelSlots; ++channel) {
