@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "simulator/Corvane.h"
@@ -92,13 +93,14 @@ bool SetChannel(CorvaneChannel& channel, std::span<const std::string_view> texts
 
 bool SetOffsets(CorvaneChannel& channel, std::span<const std::string_view> texts) {
     constexpr std::size_t kSteps = 5;
+    constexpr double kLargest = 32767;
     std::vector<std::optional<double>> n;
     if (!ReadNumbers(texts, 3 * kSteps, n)) return false;
     std::size_t next = 0;
     for (GainOffsets* offsets : {&channel.dark, &channel.nominal, &channel.fluorescence})
         for (int& offset : *offsets) {
             const auto value = n[next++];
-            if (value) offset = static_cast<int>(std::lround(*value));
+            if (value) offset = static_cast<int>(std::lround(std::clamp(*value, -kLargest, kLargest)));
         }
     return true;
 }

@@ -38,6 +38,11 @@ class Image {
     std::array<char, kImageSize> bytes_{};
 };
 
+/// A number of digits; 0 for other text.
+int WholeNumber(std::string_view digits) {
+    return static_cast<int>(std::clamp(NumberFrom(digits).value_or(0), 0.0, 1e6));
+}
+
 /// The part of a serial behind its two letters: year and month of production, and the number.
 struct SerialParts {
     int months = 0;  ///< since December 1998
@@ -49,9 +54,9 @@ SerialParts PartsOf(std::string_view serial) {
     SerialParts parts;
     const bool dated = serial.size() > kNumberPlace;
     const auto digits = serial.substr(std::min(dated ? kNumberPlace : kDatePlace + 1, serial.size()));
-    parts.number = static_cast<int>(NumberFrom(digits).value_or(0));
+    parts.number = WholeNumber(digits);
     if (!dated) return parts;
-    const int date = static_cast<int>(NumberFrom(serial.substr(kDatePlace, 4)).value_or(0));
+    const int date = WholeNumber(serial.substr(kDatePlace, 4));
     const int year = date / 100 + (date >= 9900 ? 1900 : 2000);
     parts.months = (year - 1999) * 12 + date % 100;
     return parts;
@@ -68,7 +73,7 @@ void PutGeneral(Image& image, const TidalCalibration& cal, const ModelInfo& info
     image.Byte(4, serial.months);
     image.Text(5, 16, kLabel);
     image.Long(21, calibratedAt - kFrom1970To1980);
-    const auto configured = static_cast<int>(NumberFrom(config).value_or(0));
+    const int configured = WholeNumber(config);
     image.Byte(25, configured / 256);
     image.Byte(26, configured);
     image.Decimal(27, cal.depthCal);

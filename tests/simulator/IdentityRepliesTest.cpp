@@ -1,4 +1,7 @@
+#include <array>
+
 #include "simulator/Conversation.h"
+#include "simulator/Random.h"
 
 namespace marisonde::simulator {
 namespace {
@@ -213,6 +216,27 @@ TEST(OddReplies, AnswersAreCutAtAnyLine) {
         EXPECT_EQ(talk.Ask("ID"), full.substr(0, end)) << lines;
         EXPECT_EQ(talk.Ask("VER").empty(), lines == 0);  // each answer is counted by itself
         end = full.find("\r\n", end) + 2;
+    }
+}
+
+TEST(Babble, OfAnyBytesLeavesAnInstrumentThatCanBeTalkedTo) {
+    constexpr std::array<std::string_view, 12> kWords{"ccl,",     "GCF,*",    "cof,1,",  "LOG,",
+                                                      "fl",       "TIME,",    "DUMPCFG", "DOWNLOAD,1",
+                                                      "shutter,", "CLEARLOG", "PERIOD",  "DELCAST,"};
+    for (int model = 0; model < kModelCount; ++model) {
+        Conversation talk(static_cast<Model>(model));
+        Random random(static_cast<std::uint64_t>(model) + 1);
+        for (int i = 0; i < 3000; ++i) {
+            std::string line(kWords[random.Below(kWords.size())]);
+            for (auto more = random.Below(30); more > 0; --more)
+                line += random.Below(3) == 0 ? static_cast<char>(random.Below(256))
+                                             : "0123456789,-.E"[random.Below(14)];
+            talk.AskWithEcho(line + "\r", 50ms);
+        }
+        talk.AskWithEcho("\x18\x18\x03\r", 200s);
+        talk.AskWithEcho("STOP\r", 10s);
+        talk.AskWithEcho("ECHOON\r", 10s);
+        EXPECT_EQ(talk.Ask("VER"), "Firmware version 1.85\r\n") << model;
     }
 }
 
