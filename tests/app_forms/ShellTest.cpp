@@ -52,6 +52,24 @@ TEST_F(ShellTest, ClosingAsksAboutDataThenFilesThenSleep) {
     EXPECT_TRUE(shell->Windows().empty());
 }
 
+TEST_F(ShellTest, ClosingAndExitNeverCross) {
+    MainForm* const first = AfterSomeData();
+    MainForm* const second = AfterSomeData();
+    second->close();
+    ASSERT_EQ(Message(second), Unsaved("Corvane-6"));
+    shell->ExitCommand(first);
+    EXPECT_FALSE(shell->Exiting()) << "the question of the second window comes first";
+    Press(second, "Cancel_Button");
+    shell->ExitCommand(first);
+    EXPECT_TRUE(shell->Exiting());
+    second->close();
+    EXPECT_FALSE(second->AsksToClose());
+    EXPECT_TRUE(second->isVisible());
+    Press(first, "Cancel_Button");
+    EXPECT_FALSE(shell->Exiting());
+    EXPECT_EQ(shell->Windows().size(), 2U);
+}
+
 TEST_F(ShellTest, CancelAtAnyQuestionLeavesTheWindowOpen) {
     const std::vector<std::vector<const char*>> ways{
         {"Cancel_Button"}, {"NoButton", "NoButton"}, {"NoButton", "YesButton", "Cancel_Button"}};

@@ -19,6 +19,7 @@
 #include "app/forms/ChannelPanel.h"
 #include "app/forms/FormHelpers.h"
 #include "app/forms/InstrumentCommands.h"
+#include "app/forms/ProcessFilesForm.h"
 #include "app/forms/Shell.h"
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
@@ -96,6 +97,9 @@ MainForm::~MainForm() = default;
 void MainForm::MakeMenus() {
     QMenu* file = menuBar()->addMenu("&File");
     file->setObjectName("File_menu");
+    QAction* process = file->addAction("&Process Files...", this, &MainForm::ShowProcessFiles);
+    process->setObjectName("ProcessFilesItem");
+    file->addSeparator();
     QAction* close = file->addAction("&Close Window", QKeySequence::Close, this, &QWidget::close);
     close->setObjectName("CloseWindowItem");
     QAction* exit = file->addAction("E&xit", QKeySequence::Quit, this, [this] { shell_.ExitCommand(this); });
@@ -130,6 +134,11 @@ void MainForm::MakeMenus() {
         box->open();
     });
     about->setObjectName("AboutItem");
+}
+
+void MainForm::ShowProcessFiles() {
+    if (processFiles_ == nullptr) processFiles_ = new ProcessFilesForm(shell_.App(), operations_, this);
+    processFiles_->Show();
 }
 
 void MainForm::MakeStatusBar() {
@@ -233,7 +242,7 @@ void MainForm::closeEvent(QCloseEvent* event) {
 }
 
 void MainForm::AskToClose() {
-    if (operations_.Running("Close")) return;
+    if (AsksToClose() || shell_.Exiting()) return;
     operations_.Start("Close", [this](Operation& operation) -> QCoro::Task<> {
         const bool mayClose = co_await PrepToClose(operation);
         if (!mayClose) co_return;

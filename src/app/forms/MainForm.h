@@ -16,6 +16,7 @@ namespace marisonde {
 class ChannelPanel;
 class ChartView;
 class InstrumentCommands;
+class ProcessFilesForm;
 class Shell;
 
 /// One data window: the graph as the largest thing, the channels beside it, the instrument's state below.
@@ -32,6 +33,8 @@ class MainForm final : public QMainWindow {
     [[nodiscard]] FormDialogs& Ask() { return dialogs_; }
     [[nodiscard]] Operations& Running() { return operations_; }
     [[nodiscard]] InstrumentCommands& Commands() { return *commands_; }
+    /// True while a question of its closing stands.
+    [[nodiscard]] bool AsksToClose() const { return operations_.Running("Close"); }
     /// The gate of closing: ends what connects, then asks. False: the window stays open.
     QCoro::Task<bool> PrepToClose(Operation& operation);
     /// Shows what a new calibration or model means: channels, colours, legend, title.
@@ -53,6 +56,7 @@ class MainForm final : public QMainWindow {
     void ShowReadouts();
     void ShowStatus();
     void SetChannelView(bool open);
+    void ShowProcessFiles();
     void AskToClose();
     void SavePlace() const;
     void RestorePlace();
@@ -64,6 +68,7 @@ class MainForm final : public QMainWindow {
     ChannelPanel* channels_;
     QTimer* timer_;
     QAction* channelView_ = nullptr;
+    ProcessFilesForm* processFiles_ = nullptr;  ///< made when it is first wanted
     struct StatusPanels {
         QLabel* state = nullptr;
         QLabel* elapsed = nullptr;

@@ -37,7 +37,11 @@ std::vector<MainForm*> Shell::Windows() const {
 }
 
 void Shell::ExitCommand(MainForm* first) {
-    if (operations_.Running("Exit")) return;
+    if (Exiting()) return;
+    const auto windows = Windows();
+    const bool oneIsClosing =
+        std::any_of(windows.begin(), windows.end(), [](MainForm* form) { return form->AsksToClose(); });
+    if (oneIsClosing) return;  // its question comes first
     const QPointer<MainForm> starter = first;
     operations_.Start("Exit", [this, starter](Operation& operation) -> QCoro::Task<> {
         std::vector<QPointer<MainForm>> order{starter};
@@ -51,6 +55,10 @@ void Shell::ExitCommand(MainForm* first) {
         for (const QPointer<MainForm>& form : order)
             if (form) form->CloseWithoutAsking();
     });
+}
+
+bool Shell::Exiting() const {
+    return operations_.Running("Exit");
 }
 
 void Shell::WindowClosed(MainForm* form) {

@@ -35,6 +35,8 @@ class Shell final : public QObject {
     [[nodiscard]] std::vector<MainForm*> Windows() const;
     /// Asks every used window, `first` first, whether it may close; the first refusal stops it all.
     void ExitCommand(MainForm* first);
+    /// While it asks, windows do not close one by one.
+    [[nodiscard]] bool Exiting() const;
     /// `form` has closed and will be deleted. After the last one the settings are saved and the program ends.
     void WindowClosed(MainForm* form);
 
