@@ -16,7 +16,11 @@ InstIdentity InstrumentLink::Identity() const {
 LineError InstrumentLink::OpenPort(int port, int baud) {
     if (line_->IsOpen()) line_->Close();
     LineError error = line_->Open(port, baud);
-    if (!error) line_->DropInput();
+    if (error) return error;
+    line_->DropInput();
+    // What still waits may be another instrument's: this one's calibration would turn it into wrong values.
+    State.InputText.Clear();
+    DataLineQueue.Clear();
     return error;
 }
 

@@ -53,7 +53,8 @@ class InstrumentLink {
     }
     [[nodiscard]] InstIdentity Identity() const;
 
-    /// Opens the port at 8,N,1 and drops what it held. The error says why it did not open.
+    /// Opens the port at 8,N,1 and drops what it held and what waits of the one before. The error says why it
+    /// did not open.
     LineError OpenPort(int port, int baud);
     /// Closes the port; the window shows no connection.
     void ClosePort();

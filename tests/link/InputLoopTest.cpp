@@ -203,6 +203,40 @@ TEST_F(InputLoopTest, MessageForTheUserChangesNoState) {
     EXPECT_EQ(State().InstState, InstStateCode::Sampling);
 }
 
+TEST_F(InputLoopTest, MessageForTheUserIsALineLikeAnyOther) {
+    State().CurrentCommand = "START";
+    Hear("!Memory is full\r");
+    EXPECT_EQ(link_.TermQueue.GetNext(), "!Memory is full");
+    EXPECT_EQ(State().ResponseLines[0], "!Memory is full");
+    EXPECT_TRUE(State().LineSeen);
+}
+
+TEST_F(InputLoopTest, DamagedDataLineMeansSamplingAllTheSame) {
+    Hear("*D4E11\r");
+    EXPECT_EQ(State().InstState, InstStateCode::Sampling);
+    State().TransferActive = true;
+    Hear("*\r");
+    EXPECT_EQ(State().InstState, InstStateCode::Downloading);
+}
+
+TEST_F(InputLoopTest, MessageThatIsNotShownMayStillTellTheState) {
+    // "transfer complete" keeps it from the user, "stopped" tells the state.
+    Hear("!Stopped, transfer complete\r");
+    EXPECT_TRUE(messages_.empty());
+    EXPECT_EQ(State().InstState, InstStateCode::Stopped);
+}
+
+TEST_F(InputLoopTest, ReplyThatIsCollectedWholeIsNotCutIntoLines) {
+    State().CurrentCommand = "LOADCFG";
+    Hear("one\rtw");
+    Hear("o\r");
+    EXPECT_EQ(State().BinaryReceiver.BlockText, "one\rtwo\r");
+    EXPECT_TRUE(State().InputText.empty());
+    EXPECT_EQ(link_.TermQueue.size(), 0);
+    EXPECT_EQ(State().ResponseLineCount, 0);
+    EXPECT_EQ(log_, "one\rtwo\r");
+}
+
 TEST_F(InputLoopTest, ErasePromptAndTransferEndAreNoMessages) {
     State().CurrentCommand = "CLEARLOGCOMMAND";
     Hear("!Type YES to erase\r!Transfer complete\r");
@@ -372,6 +406,22 @@ TEST_F(InputLoopTest, TimeLimitsCountFromTheLastCharacterSent) {
     clock_.AdvanceBy(Millis(50));
     link_.SendPending();
     EXPECT_EQ(State().CommandTime, Millis(1100));
+}
+
+TEST_F(InputLoopTest, WhatOneInstrumentSaidIsNotTakenForTheNext) {
+    Hear(SampleLine() + "\r" + "*D4E11");
+    ASSERT_EQ(link_.DataLineQueue.size(), 1);
+    link_.OpenPort(2, 19200);
+    EXPECT_EQ(link_.DataLineQueue.size(), 0);
+    Hear(SampleLine("4E11860B") + "\r");
+    EXPECT_EQ(link_.DataLineQueue.GetNext(), SampleLine("4E11860B")) << "not joined to the torn line before";
+}
+
+TEST_F(InputLoopTest, PortThatDoesNotOpenTakesNothingAway) {
+    Hear(SampleLine() + "\r");
+    port_->openFailsWith = {LineError::Kind::Busy, "Device is in use"};
+    EXPECT_EQ(link_.OpenPort(2, 19200).kind, LineError::Kind::Busy);
+    EXPECT_EQ(link_.DataLineQueue.size(), 1);
 }
 
 TEST_F(InputLoopTest, ClosingThePortShowsNoConnection) {
