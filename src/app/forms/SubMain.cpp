@@ -186,8 +186,21 @@ void EndDemoAfter(Program& program, int seconds) {
     });
 }
 
+/// The seconds count from the moment in which every window has something to show.
+void EndDemoOnceSampling(Program& program, int seconds) {
+    auto* watch = new QTimer(&program.shell);
+    QObject::connect(watch, &QTimer::timeout, &program.shell, [&program, watch, seconds] {
+        for (MainForm* form : program.shell.Windows())
+            if (!form->Window().Link.State.HasSample) return;
+        watch->stop();
+        EndDemoAfter(program, seconds);
+    });
+    constexpr int kOften = 100;  // ms
+    watch->start(kOften);
+}
+
 /// One window of the demonstration: connects as a user does, and starts the instrument once that is done.
-void OpenDemoWindow(Program& program, const CommandLine& line, InstTypeCode model, int& waiting) {
+void OpenDemoWindow(Program& program, const CommandLine& line, InstTypeCode model) {
     const DemoInstrument instrument = AddDemoInstrument(program.simulated, model, program.clock);
     MainForm* const form = program.shell.NewWindow();
     form->show();
@@ -201,24 +214,33 @@ void OpenDemoWindow(Program& program, const CommandLine& line, InstTypeCode mode
         if (!error.empty()) form->Ask().ShowError(error);
         form->InstrumentChanged();
     }
-    form->Commands().ConnectAt(instrument.port, instrument.baud, assumed, [&program, &line, &waiting, form] {
+    form->Commands().ConnectAt(instrument.port, instrument.baud, assumed, [form] {
         if (form->Window().Link.State.Connected) BeginDemo(form->Window(), DemoFolder());
-        if (--waiting == 0 && line.runSeconds > 0) EndDemoAfter(program, line.runSeconds);
     });
 }
 
 int ShowDemonstration(Program& program, const CommandLine& line) {
     constexpr int kLongestConnecting = 60;  // s, for all windows together
     program.app.ports = &program.simulated;
-    int waiting = static_cast<int>(line.demoModels.size());
-    for (const InstTypeCode model : line.demoModels) OpenDemoWindow(program, line, model, waiting);
-    if (line.runSeconds > 0) EndDemoAfter(program, line.runSeconds + kLongestConnecting);
+    for (const InstTypeCode model : line.demoModels) OpenDemoWindow(program, line, model);
+    if (line.runSeconds > 0) {
+        EndDemoOnceSampling(program, line.runSeconds);
+        EndDemoAfter(program, line.runSeconds + kLongestConnecting);
+    }
     return QApplication::exec();
+}
+
+QtMessageHandler usualMessages = nullptr;
+
+/// Off screen no window manager wants to know of sizes, and the toolkit complains of that at every dialog.
+void PassMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (!text.contains("propagateSizeHints")) usualMessages(type, context, text);
 }
 
 }  // namespace
 
 int SubMain(const CommandLine& line) {
+    if (QGuiApplication::platformName() == "offscreen") usualMessages = qInstallMessageHandler(PassMessage);
     Program program(line.mode);
     if (line.mode == CommandLine::Mode::Demo) return ShowDemonstration(program, line);
     return OpenFirstWindow(program, line);
