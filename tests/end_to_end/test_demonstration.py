@@ -51,13 +51,13 @@ class Demonstration(programs.Case):
         self.assertEqual(self.temporary("*.raw") + self.temporary("*.dat"), [])
 
     def test_six_models_at_once(self):
-        self.demonstrate(programs.MODELS[:6], 4)
+        self.demonstrate(programs.MODELS[:6], 6)
 
     def test_the_other_models_in_any_case(self):
-        self.demonstrate([model.upper() for model in programs.MODELS[6:]], 4)
+        self.demonstrate([model.upper() for model in programs.MODELS[6:]], 6)
 
     def test_one_model_in_several_windows(self):
-        self.demonstrate(["delph-2", "delph-2", "delph-2"], 3)
+        self.demonstrate(["delph-2", "delph-2", "delph-2"], 5)
 
 
 if __name__ == "__main__":

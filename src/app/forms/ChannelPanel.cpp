@@ -28,9 +28,7 @@ ChannelPanel::ChannelPanel(QWidget* parent) : QWidget(parent), hint_(new QLabel(
     hint_->setText("Values appear here when a calibration is loaded.");
     hint_->setObjectName("Hint");
     hint_->setWordWrap(true);
-    QSizePolicy narrow(QSizePolicy::Ignored, QSizePolicy::Minimum);
-    narrow.setHeightForWidth(true);
-    hint_->setSizePolicy(narrow);
+    hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
     hint_->setForegroundRole(QPalette::PlaceholderText);
     column->addWidget(hint_);
     for (int channel = 0; channel < kChannelSlots; ++channel) {
@@ -42,7 +40,9 @@ ChannelPanel::ChannelPanel(QWidget* parent) : QWidget(parent), hint_(new QLabel(
     column->addStretch();
     // As wide without channels as with them: the graph keeps its size when an instrument is connected.
     const QMargins margins = column->contentsMargins();
-    setMinimumWidth(margins.left() + kSwatchWidth + kGap + rows_[0].value->width() + margins.right());
+    const int width = kSwatchWidth + kGap + rows_[0].value->width();
+    setMinimumWidth(margins.left() + width + margins.right());
+    hint_->setMinimumHeight(hint_->heightForWidth(width));
 }
 
 ChannelPanel::Row ChannelPanel::MakeRow(int channel) {

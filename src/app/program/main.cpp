@@ -28,6 +28,13 @@ int ConvertWithoutDisplay(int argc, char** argv, const marisonde::CommandLine& l
     return marisonde::RunConversion(line);
 }
 
+QtMessageHandler usualMessages = nullptr;
+
+/// Off screen the toolkit says of every dialog that there is no window manager to tell its size to.
+void PassOverSizeHints(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (!text.contains(QLatin1String("propagateSizeHints"))) usualMessages(type, context, text);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -50,6 +57,7 @@ int main(int argc, char** argv) {
         default:
             break;
     }
+    usualMessages = qInstallMessageHandler(PassOverSizeHints);
     QApplication application(argc, argv);
     NameProgram();
     QApplication::setQuitOnLastWindowClosed(false);
