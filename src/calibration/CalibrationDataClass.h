@@ -157,8 +157,8 @@ class CalibrationDataClass {
     void ParseLineIntoCalClass(std::string_view line, CalSection& section);
     /// Channel names of an l-Tidal or n-Tidal, made of the wavelengths; nothing for other models.
     void NameTidalChannels();
-    /// Excitation and report numbers of a Corvane-6 that has none, from wavelengths that are equal; nothing for other
-    /// models.
+    /// Excitation and report numbers of a Corvane-6 that has none, from wavelengths that are equal; nothing
+    /// for other models.
     void InferSharedChannels();
     /// The calibration as text in the layout of its type.
     [[nodiscard]] std::string CalText(const PureWaterParams& water) const;

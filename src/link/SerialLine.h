@@ -14,7 +14,8 @@ struct LineError {
     explicit operator bool() const { return kind != Kind::None; }
 };
 
-/// The operations of a serial port that the program needs: 8 data bits, no parity, 1 stop bit. Nothing blocks.
+/// The operations of a serial port that the program needs: 8 data bits, no parity, 1 stop bit. Nothing
+/// blocks.
 class SerialLine {
   public:
     virtual ~SerialLine() = default;
