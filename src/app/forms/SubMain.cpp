@@ -230,17 +230,9 @@ int ShowDemonstration(Program& program, const CommandLine& line) {
     return QApplication::exec();
 }
 
-QtMessageHandler usualMessages = nullptr;
-
-/// Off screen no window manager wants to know of sizes, and the toolkit complains of that at every dialog.
-void PassMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    if (!text.contains("propagateSizeHints")) usualMessages(type, context, text);
-}
-
 }  // namespace
 
 int SubMain(const CommandLine& line) {
-    if (QGuiApplication::platformName() == "offscreen") usualMessages = qInstallMessageHandler(PassMessage);
     Program program(line.mode);
     if (line.mode == CommandLine::Mode::Demo) return ShowDemonstration(program, line);
     return OpenFirstWindow(program, line);
