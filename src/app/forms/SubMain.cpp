@@ -29,7 +29,7 @@ namespace marisonde {
 namespace {
 
 QString SettingsPath(CommandLine::Mode mode) {
-    const QString usual = SettingsFile();
+    QString usual = SettingsFile();
     if (mode != CommandLine::Mode::Demo || qEnvironmentVariableIsSet("MARISONDE_SETTINGS")) return usual;
     return QFileInfo(usual).path() + "/Demonstration.ini";
 }
