@@ -42,16 +42,15 @@ bool RawFileReader::Take(std::string_view line) {
 }
 
 void RawFileReader::CountWithoutSample(std::string_view line) {
+    const bool star = line.front() == '*';
     if (kind_ == LineKind::CorvaneHousekeeping || kind_ == LineKind::TidalExtraHex)
         ++counts_.housekeeping;
-    else if (kind_ != LineKind::Other)
-        ++counts_.noDecoder;
-    else if (line.front() != '*')
+    else if (kind_ == LineKind::Other && !star)
         ++counts_.text;
-    else if (LineChecksumOk(line))
-        ++counts_.noDecoder;
-    else
+    else if (kind_ == LineKind::Other && !LineChecksumOk(line))
         ++counts_.badChecksum;
+    else
+        ++counts_.noDecoder;
 }
 
 }  // namespace marisonde
