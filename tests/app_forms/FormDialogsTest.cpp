@@ -76,6 +76,9 @@ TEST_F(FormDialogsTest, DialogsOfAWindowDoNotCoverEachOther) {
     const QRect question = Shown<QDialog>("YesNoCancelForm")->geometry();
     EXPECT_FALSE(notice.intersects(question));
     EXPECT_TRUE(window.screen()->availableGeometry().contains(question));
+    operations.CancelAll();
+    Turn();  // the answer must not outlive the test
+    EXPECT_EQ(first, Choice::Third);
 }
 
 TEST_F(FormDialogsTest, CancellingTheOperationClosesItsQuestion) {

@@ -1,6 +1,7 @@
 // Calibration files that cannot be read or written.
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
 
 #include "calibration/CalibrationDataClass.h"
@@ -29,8 +30,7 @@ Cal Changed() {
 class CalFileErrors : public testing::Test {
   protected:
     CalFileErrors()
-        : folder_(fs::temp_directory_path() /
-                  ("calErrors" + std::to_string(reinterpret_cast<std::uintptr_t>(this)))) {
+        : folder_(fs::temp_directory_path() / ("calErrors" + std::to_string(std::random_device{}()))) {
         fs::create_directories(folder_);
     }
     ~CalFileErrors() override { fs::remove_all(folder_); }

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <random>
 #include <string>
 
 #include "calibration/CalibrationDataClass.h"
@@ -379,9 +380,7 @@ TEST(CalLayout, UnknownModelsHaveNone) {
 
 class CalFiles : public testing::Test {
   protected:
-    CalFiles()
-        : folder_(fs::temp_directory_path() /
-                  ("cal" + std::to_string(reinterpret_cast<std::uintptr_t>(this)))) {
+    CalFiles() : folder_(fs::temp_directory_path() / ("cal" + std::to_string(std::random_device{}()))) {
         fs::create_directories(folder_);
     }
     ~CalFiles() override { fs::remove_all(folder_); }

@@ -3,6 +3,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <limits>
+#include <random>
 
 #include "optics/SigmaParams.h"
 
@@ -124,8 +125,7 @@ TEST(SigmaModel, MissingTablesSayWhatTheyWereNeededFor) {
 class SigmaSettings : public testing::Test {
   protected:
     SigmaSettings()
-        : root_(fs::temp_directory_path() /
-                ("sigma" + std::to_string(reinterpret_cast<std::uintptr_t>(this)))),
+        : root_(fs::temp_directory_path() / ("sigma" + std::to_string(std::random_device{}()))),
           program_(root_ / "program"),
           data_(root_ / "data") {
         fs::create_directories(program_);
