@@ -72,8 +72,6 @@ function(marisonde_test folder)
   if(NOT ARG_QT)
     target_link_libraries(${name}_tests PRIVATE GTest::gtest_main)
   endif()
-  target_compile_definitions(${name}_tests PRIVATE MARISONDE_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data"
-                                                   MARISONDE_SHARE="${PROJECT_SOURCE_DIR}/share")
   if(ARG_QT)
     set_target_properties(${name}_tests PROPERTIES AUTOMOC ON)
   endif()

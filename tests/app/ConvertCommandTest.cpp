@@ -6,6 +6,7 @@
 #include "common/ConversionUtils.h"
 #include "decode/Lines.h"
 #include "simulator/Instrument.h"
+#include "support/ShareFolder.h"
 #include "support/TestFolder.h"
 
 namespace marisonde {
@@ -21,7 +22,7 @@ class ConvertCommandTest : public testing::Test {
     ConvertCommandTest() {
         console.out = [this](std::string_view text) { out += text; };
         console.error = [this](std::string_view text) { error += text; };
-        settings = LoadConvertSettings(stored, folder.Path(), MARISONDE_SHARE, 40000);
+        settings = LoadConvertSettings(stored, folder.Path(), ShareFolder(), 40000);
         TestFolder::Write(Cal(), simulator::MakeInstrument(simulator::Model::Corvane6)->CalText());
         TestFolder::Write(Raw(), kLine);
     }
@@ -79,7 +80,7 @@ TEST_F(ConvertCommandTest, ADataFileAloneUsesTheCalibrationUsedLast) {
     EXPECT_NE(ConvertPair(Raw().string(), settings, console), 0);
     EXPECT_EQ(FilesThere(), 2U);
     stored.SaveSetting("App", "CalFile", Cal().string());
-    settings = LoadConvertSettings(stored, folder.Path(), MARISONDE_SHARE, 40000);
+    settings = LoadConvertSettings(stored, folder.Path(), ShareFolder(), 40000);
     EXPECT_EQ(ConvertPair(Raw().string(), settings, console), 0);
     EXPECT_TRUE(Has("cast.dat"));
     EXPECT_EQ(out + error, "");
@@ -99,7 +100,7 @@ TEST_F(ConvertCommandTest, APairOverwritesButNeverItsSource) {
 TEST_F(ConvertCommandTest, TheUsersHeaderAndTheDateStandInTheFile) {
     stored.SaveSetting("App", "UserHeader", "Leg 2");
     settings =
-        LoadConvertSettings(stored, folder.Path(), MARISONDE_SHARE, DateFromCivil(2011, 7, 4, 9, 15, 22));
+        LoadConvertSettings(stored, folder.Path(), ShareFolder(), DateFromCivil(2011, 7, 4, 9, 15, 22));
     EXPECT_EQ(ConvertPair(Pair(), settings, console), 0);
     const std::string text = TestFolder::Read(folder / "cast.dat");
     EXPECT_TRUE(text.starts_with("[UserHeader]\r\nLeg 2\r\n[Header]\r\n"));

@@ -13,6 +13,7 @@
 #include "support/FailingOutputFile.h"
 #include "support/ScriptedDialogs.h"
 #include "support/ScriptedLine.h"
+#include "support/ShareFolder.h"
 #include "support/TestFolder.h"
 
 namespace marisonde {
@@ -24,7 +25,7 @@ class WindowFixture : public testing::Test {
   protected:
     WindowFixture() : app(settings, clock) {
         LoadPreferences(settings, folder.Path().string(), app.prefs);
-        app.sigma = LoadSigmaParams(settings, folder.Path(), MARISONDE_SHARE).params;
+        app.sigma = LoadSigmaParams(settings, folder.Path(), ShareFolder()).params;
         app.pureWater = LoadPureWaterParams(settings);
         app.temporaryFolder = folder.Path();
     }

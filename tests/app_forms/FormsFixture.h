@@ -16,6 +16,7 @@
 #include "link/SimulatedLine.h"
 #include "simulator/Instrument.h"
 #include "support/ScriptedLine.h"
+#include "support/ShareFolder.h"
 #include "support/TestFolder.h"
 
 namespace marisonde {
@@ -27,7 +28,7 @@ class FormsFixture : public testing::Test {
   protected:
     FormsFixture() : app(settings, clock), pump(clock), shell(std::make_unique<Shell>(app, pump)) {
         LoadPreferences(settings, folder.Path().string(), app.prefs);
-        app.sigma = LoadSigmaParams(settings, folder.Path(), MARISONDE_SHARE).params;
+        app.sigma = LoadSigmaParams(settings, folder.Path(), ShareFolder()).params;
         app.pureWater = LoadPureWaterParams(settings);
         app.temporaryFolder = folder.Path();
     }

@@ -14,6 +14,7 @@
 #include "app/forms/MainForm.h"
 #include "app/forms/Shell.h"
 #include "app_connect/ConnectFixture.h"
+#include "support/ShareFolder.h"
 
 namespace marisonde {
 
@@ -23,7 +24,7 @@ class FormFixture : public testing::Test {
   protected:
     FormFixture() : app(settings, clock), pump(clock), shell(app, pump) {
         LoadPreferences(settings, folder.Path().string(), app.prefs);
-        app.sigma = LoadSigmaParams(settings, folder.Path(), MARISONDE_SHARE).params;
+        app.sigma = LoadSigmaParams(settings, folder.Path(), ShareFolder()).params;
         app.pureWater = LoadPureWaterParams(settings);
         app.temporaryFolder = folder.Path();
         app.ports = &ports;

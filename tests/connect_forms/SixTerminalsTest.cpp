@@ -22,6 +22,7 @@
 #include "platform/Paths.h"
 #include "platform/SystemClock.h"
 #include "simulator/Instrument.h"
+#include "support/ShareFolder.h"
 #include "support/TestFolder.h"
 
 namespace marisonde {
@@ -88,7 +89,7 @@ class SixTerminals : public testing::Test {
         }
         ports = std::make_unique<ComputerPorts>(PortTable::FromText(table));
         LoadPreferences(settings, folder.Path().string(), app.prefs);
-        app.sigma = LoadSigmaParams(settings, folder.Path(), MARISONDE_SHARE).params;
+        app.sigma = LoadSigmaParams(settings, folder.Path(), ShareFolder()).params;
         app.pureWater = LoadPureWaterParams(settings);
         app.temporaryFolder = folder.Path();
         app.ports = ports.get();

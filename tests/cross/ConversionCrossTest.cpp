@@ -10,6 +10,7 @@
 #include "decode/Decoders.h"
 #include "simulator/Instrument.h"
 #include "simulator/Tidal.h"
+#include "support/ShareFolder.h"
 
 namespace marisonde {
 namespace {
@@ -47,7 +48,7 @@ struct Case {
 
 class Crossing : public testing::TestWithParam<Case> {
   protected:
-    Crossing() : sigma_(LoadSigmaParams(settings_, MARISONDE_SHARE, MARISONDE_SHARE).params) {}
+    Crossing() : sigma_(LoadSigmaParams(settings_, ShareFolder(), ShareFolder()).params) {}
 
     std::unique_ptr<sim::Instrument> Make() const {
         return sim::MakeInstrument(GetParam().model,

@@ -17,6 +17,7 @@
 #include "link/SimulatedLine.h"
 #include "platform/Operations.h"
 #include "platform/Pump.h"
+#include "support/ShareFolder.h"
 
 namespace marisonde {
 
@@ -89,7 +90,7 @@ class CrossBench : public testing::Test {
     DataWindowState& state = window.State;
     LineScratch scratch;
     MapSettings settings;
-    SigmaParams sigma = LoadSigmaParams(settings, MARISONDE_SHARE, MARISONDE_SHARE).params;
+    SigmaParams sigma = LoadSigmaParams(settings, ShareFolder(), ShareFolder()).params;
     PureWaterParams water = LoadPureWaterParams(settings);
     FetchRequest request{sigma, water};
     ConnectNotes notes;

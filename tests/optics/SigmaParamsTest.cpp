@@ -6,6 +6,7 @@
 #include <random>
 
 #include "optics/SigmaParams.h"
+#include "support/ShareFolder.h"
 
 namespace marisonde {
 namespace {
@@ -53,7 +54,7 @@ TEST(SpectralTable, MissingFile) {
 }
 
 TEST(SpectralTable, ShippedTables) {
-    const fs::path share(MARISONDE_SHARE);
+    const fs::path share(ShareFolder());
     EXPECT_EQ(TableLookup(share / "aStar.csv", 440), 1);
     EXPECT_EQ(TableLookup(share / "aStar.csv", 470), 0.87F);
     EXPECT_EQ(TableLookup(share / "aStar.csv", 900), 0.215F);
@@ -91,7 +92,7 @@ TEST(SigmaModel, WaterIsAddedBeforeTheYellowFactor) {
 
 TEST(SigmaModel, UsualParametersWithTheShippedTable) {
     SigmaParams params;
-    params.aStarFile = (fs::path(MARISONDE_SHARE) / "aStar.csv").string();
+    params.aStarFile = (fs::path(ShareFolder()) / "aStar.csv").string();
     LoadSigmaTables(params);
     // 0.1^0.65 = 0.2238721.
     // 470 nm: 0.06 x 0.87 x 0.2238721 = 0.01168612; x (1 + 0.2 exp(-0.42) = 1.131409) = 0.01322179;

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace marisonde {
+
+/// The folder with the tables that the program ships.
+const char* ShareFolder();
+
+}  // namespace marisonde
