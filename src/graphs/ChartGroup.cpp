@@ -11,13 +11,16 @@ namespace {
 
 constexpr double kUnwritten = std::numeric_limits<double>::quiet_NaN();
 
-// A vector grown by the ordinary rule would hold up to twice the memory of its points.
+// A vector grown by the ordinary rule would hold up to twice the memory of its points; one that is moved at
+// each growth would be copied a hundred times on its way to the largest graph.
+constexpr std::size_t kSpareFraction = 16;
+
 void SetLength(std::vector<double>& points, std::size_t length) {
     if (length == 0) {
         std::vector<double>().swap(points);
         return;
     }
-    points.reserve(length);
+    if (length > points.capacity()) points.reserve(length + length / kSpareFraction);
     points.resize(length, kUnwritten);
 }
 
@@ -39,6 +42,12 @@ void ChartGroup::SetNumPoints(int count) {
     for (Points& series : y_) SetLength(series, length);
     lastPoint_ = NumPoints();
     chart_.NotePointsChanged();
+}
+
+void ChartGroup::Lengthen(int more) {
+    const std::size_t length = x_.size() + static_cast<std::size_t>(std::max(more, 0));
+    SetLength(x_, length);
+    for (Points& series : y_) SetLength(series, length);
 }
 
 void ChartGroup::SetLastPoint(int point) {

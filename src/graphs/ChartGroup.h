@@ -27,6 +27,8 @@ class ChartGroup {
     /// Length of the arrays. Setting it sets LastPoint to the same; 0 discards all points.
     [[nodiscard]] int NumPoints() const { return static_cast<int>(x_.size()); }
     void SetNumPoints(int count);
+    /// Adds `more` places behind the others; LastPoint stays, and so does what is drawn.
+    void Lengthen(int more);
     /// The last point that is drawn; those behind it exist but are not shown. Held to 0..NumPoints.
     [[nodiscard]] int LastPoint() const { return lastPoint_; }
     void SetLastPoint(int point);

@@ -23,7 +23,7 @@ void DropOldest(ChartGroup& group, int cut) {
 }
 
 void Grow(ChartGroup& group, int lastPoint) {
-    group.SetNumPoints(group.NumPoints() + kGrowth);
+    group.Lengthen(kGrowth);
     group.SetLastPoint(lastPoint);
 }
 

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <tuple>
 
 #include "PlotFixture.h"
@@ -45,6 +46,18 @@ TEST_F(ExpandChartTest, BelowTheLimitTheArraysGrow) {
     EXPECT_EQ(secondary.NumPoints(), 2000);
     EXPECT_EQ(secondary.LastPoint(), 990);  // the value of the primary group
     EXPECT_TRUE(chart.IsBatched());
+}
+
+TEST_F(ExpandChartTest, GrowingLeavesThePictureAsItIs) {
+    Fill(1000, 2);
+    int index = 1001;
+    const auto before = chart.PointsRevision();
+    ExpandChart(chart, index, 50000);
+    EXPECT_EQ(chart.PointsRevision(), before);
+    EXPECT_EQ(primary.X(1000), 1000);
+    EXPECT_TRUE(std::isnan(primary.X(1001)));
+    ExpandChart(chart, index = 2001, 2000);  // what drops points is another picture
+    EXPECT_NE(chart.PointsRevision(), before);
 }
 
 TEST_F(ExpandChartTest, UnusedSecondaryGroupIsLeftAlone) {
