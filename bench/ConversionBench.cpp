@@ -21,60 +21,17 @@
 #include <string_view>
 #include <vector>
 
-#include "calibration/CalibrationDataClass.h"
-#include "common/Numbers.h"
+#include "CorvaneCast.h"
 #include "files/ConvertFile.h"
 #include "files/RawFile.h"
-#include "optics/PureWaterParams.h"
-#include "optics/SigmaParams.h"
 
 namespace {
 
 using namespace marisonde;
+using namespace marisonde::bench;
 namespace fs = std::filesystem;
 
-constexpr std::size_t kSlots = 8;
 constexpr std::size_t kBlock = std::size_t{1} << 20;
-
-std::string Hex(std::uint32_t value, int width) {
-    std::string text(static_cast<std::size_t>(width), '0');
-    for (auto digit = text.rbegin(); digit != text.rend(); ++digit, value /= 16)
-        *digit = "0123456789ABCDEF"[value % 16];
-    return text;
-}
-
-std::string LineOf(std::uint32_t number, std::mt19937& random) {
-    std::string line = "*D" + Hex(1700000000U + number, 8);
-    for (std::size_t ch = 0; ch < kSlots; ++ch) line += Hex(1 + random() % 60000, 4);
-    for (std::size_t ch = 0; ch < kSlots; ++ch) line += Hex(1 + random() % 5, 1);
-    line += Hex(random() % 65536, 4) + Hex(100 + random() % 50, 2) + Hex(0, 2);
-    unsigned sum = 0;
-    for (const char c : line.substr(1)) sum += static_cast<unsigned char>(c);
-    return line + Hex(sum & 0xFF, 2) + "\r\n";
-}
-
-SigmaParams Sigma() {
-    SigmaParams sigma;
-    sigma.aStarValue = 0.05;
-    return sigma;
-}
-
-CalibrationDataClass Calibration() {
-    CalibrationDataClass cal;
-    cal.InstType = InstTypeCode::Corvane6;
-    cal.CalTemp = 20;
-    cal.DepthCal = 0.01F;
-    constexpr std::array kLambdas{420, 442, 470, 510, 590, 700, 676, 695};
-    for (int ch = 0; ch < static_cast<int>(kSlots); ++ch) {
-        cal.EditChannel(ch).lambda = static_cast<std::int16_t>(kLambdas[static_cast<std::size_t>(ch)]);
-        cal.EditChannel(ch).beta2bb = 1.08;
-        cal.SetMu(ch, 0.01);
-        cal.SetRNominal(ch, 4000);
-        cal.SetSigmaExp(ch, 0.14);
-    }
-    (void)cal.CheckAndUpdateAll(Sigma(), DefaultPureWaterParams());
-    return cal;
-}
 
 /// The raw file that all three convert, and a folder for what they write; gone at the end of the run.
 class RawCast {
@@ -91,7 +48,7 @@ class RawCast {
         WriteRawHeader(text, {"", 45000}, "raw", cal.InstType, &cal);
         std::mt19937 random(1);
         for (std::size_t written = 0; written < bytes; ++lines_) {
-            text += LineOf(static_cast<std::uint32_t>(lines_), random);
+            text += CorvaneLine(static_cast<std::uint32_t>(lines_), random) + "\r\n";
             if (text.size() < kBlock) continue;
             written += std::fwrite(text.data(), 1, text.size(), file);
             text.clear();
@@ -139,50 +96,22 @@ void BM_Convert(benchmark::State& state) {
     Finish(state, lines);
 }
 
-/// What any program must at least do with the numbers of such a line.
-struct Bare {
-    std::array<double, kSlots> bb{}, bbUncorr{};
-    std::array<double, 8> perGain{0, 2.5e-6, 2.5e-7, 2.5e-8, 2.5e-9, 2.5e-10, 0, 0};
-    double time = 0, depth = 0, temp = 0;
-    double c = 6.8, betaWater = 1e-4, bbWater = 8e-4, perBbTilde = 26, a = 0.01, exponent = 0.14;
-
-    void Calculate(std::size_t ch, std::uint32_t snorm, std::uint32_t gain) {
-        const double betaUncorr = snorm * perGain[gain & 7];
-        bbUncorr[ch] = static_cast<float>((betaUncorr - betaWater) * c + bbWater);
-        const double K = static_cast<float>((bbUncorr[ch] - bbWater) * perBbTilde + a);
-        bb[ch] = static_cast<float>((betaUncorr * std::exp(exponent * K) - betaWater) * c + bbWater);
-    }
-
-    bool Convert(std::string_view line) {
-        if (line.size() < 60 || line[0] != '*') return false;
-        unsigned sum = 0;
-        for (const char ch : line.substr(1, line.size() - 3)) sum += static_cast<unsigned char>(ch);
-        if (HexVal(line.substr(line.size() - 2)) != (sum & 0xFF)) return false;
-        time = HexVal(line.substr(2, 8)) * 1.1574074074074073e-5 + 25569;
-        depth = static_cast<float>(HexVal(line.substr(50, 4)) * 0.01);
-        temp = HexVal(line.substr(54, 2)) * 0.2 - 10;
-        benchmark::DoNotOptimize(HexVal(line.substr(56, 2)));
-        for (std::size_t ch = 0; ch < kSlots; ++ch)
-            Calculate(ch, HexVal(line.substr(10 + 4 * ch, 4)), HexVal(line.substr(42 + ch, 1)));
-        return true;
-    }
-
-    char* Write(char* out) const {
-        out = std::to_chars(out, out + 32, time).ptr;
-        *out++ = ',';
-        out = std::to_chars(out, out + 32, static_cast<float>(depth)).ptr;
-        *out++ = ',';
-        for (const auto* values : {&bb, &bbUncorr}) {
-            for (const double value : *values) {
-                out = std::to_chars(out, out + 32, static_cast<float>(value)).ptr;
-                *out++ = ',';
-            }
+/// The 18 numbers of a line and its end.
+char* Write(const Bare& bare, char* out) {
+    out = std::to_chars(out, out + 32, bare.time).ptr;
+    *out++ = ',';
+    out = std::to_chars(out, out + 32, static_cast<float>(bare.depth)).ptr;
+    *out++ = ',';
+    for (const auto* values : {&bare.bb, &bare.bbUncorr}) {
+        for (const double value : *values) {
+            out = std::to_chars(out, out + 32, static_cast<float>(value)).ptr;
+            *out++ = ',';
         }
-        *out++ = '\r';
-        *out++ = '\n';
-        return out;
     }
-};
+    *out++ = '\r';
+    *out++ = '\n';
+    return out;
+}
 
 void BM_BareLoop(benchmark::State& state) {
     std::vector<char> in(2 * kBlock);
@@ -206,7 +135,7 @@ void BM_BareLoop(benchmark::State& state) {
             while (const void* stop = std::memchr(at, '\n', static_cast<std::size_t>(end - at))) {
                 const auto* lineEnd = static_cast<const char*>(stop);
                 if (bare.Convert({at, static_cast<std::size_t>(lineEnd - 1 - at)})) {
-                    write = bare.Write(write);
+                    write = Write(bare, write);
                     ++lines;
                 }
                 at = lineEnd + 1;
