@@ -233,8 +233,8 @@ bool DataWindow::LoadCalIntoWindow(const std::string& path) {
 
 void DataWindow::ShowCalibration() {
     Plot.SetupChartForInstrument(Link.CalData.InstType);
-    for (const PlottedChannel& channel : PlottedChannels(Link.CalData.InstType, Link.CalData))
-        if (!channel.calibrated)
+    for (const PlottedChannel& channel : PlottedChannels(Plot, Link.CalData))
+        if (!channel.calibrated || !channel.on)
             Chart.ChartGroups(channel.group).SetDisplay(channel.series, SeriesDisplay::Kept);
     CalibrationChanged();
 }

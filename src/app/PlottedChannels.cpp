@@ -40,6 +40,7 @@ std::vector<PlottedChannel> PlottedChannels(InstTypeCode model, const Calibratio
     const int first = FirstDataBox(model);
     for (int i = 0; i < DataBoxCount(model); ++i) {
         PlottedChannel channel = PlaceOf(model, first + i);
+        channel.number = i;
         channel.name = NameOf(cal, i);
         const bool fluorescence = IsCorvaneFamily(model) && i >= ChannelsShown(model);
         channel.unit = fluorescence ? "" : kPerMeter;
@@ -49,6 +50,18 @@ std::vector<PlottedChannel> PlottedChannels(InstTypeCode model, const Calibratio
     }
     for (std::size_t i = 0; i < channels.size(); ++i)
         channels[i].color = ColorForChannel(wavelengths, static_cast<int>(i));
+    return channels;
+}
+
+std::vector<PlottedChannel> PlottedChannels(const LivePlot& plot, const CalibrationDataClass& cal) {
+    std::vector<PlottedChannel> channels = PlottedChannels(plot.Model(), cal);
+    for (PlottedChannel& channel : channels) {
+        if (channel.number >= kStyledChannels) break;
+        const ChannelStyle& style = plot.Look.channels.at(static_cast<std::size_t>(channel.number));
+        channel.on = style.on;
+        channel.marker = style.marker;
+        if (style.color != kAutomaticColor && !plot.AutoColor(channel.number)) channel.color = style.color;
+    }
     return channels;
 }
 

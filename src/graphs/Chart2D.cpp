@@ -1,5 +1,6 @@
 #include "graphs/Chart2D.h"
 
+#include <cmath>
 #include <limits>
 
 namespace marisonde {
@@ -90,6 +91,12 @@ void Chart2D::NoteAxesChanged() {
 
 void Chart2D::Changed() {
     if (!batched_ && OnChange) OnChange();
+}
+
+void SetAxisRange(Chart2D& chart, AxisName name, double min, double max) {
+    if (!std::isfinite(min) || !std::isfinite(max)) return;
+    chart.Axes(name).SetMin(min);
+    chart.Axes(name).SetMax(max);
 }
 
 }  // namespace marisonde

@@ -9,6 +9,13 @@
 
 namespace marisonde {
 
+/// Values on the three axes under one place of a chart.
+struct ChartPoint {
+    double x = 0;
+    double y = 0;
+    double y2 = 0;
+};
+
 /// The only store of plotted points: two groups of series on a common X axis, and three axes. It draws
 /// nothing; a view asks its revisions to learn whether points were only added behind the others or all is to
 /// be redrawn.
@@ -61,5 +68,8 @@ class Chart2D {
     std::uint64_t pointsRevision_ = 1;
     std::uint64_t axesRevision_ = 1;
 };
+
+/// Sets both limits of an axis; nothing when one of them is not finite.
+void SetAxisRange(Chart2D& chart, AxisName name, double min, double max);
 
 }  // namespace marisonde

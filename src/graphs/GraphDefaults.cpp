@@ -6,6 +6,7 @@
 
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
+#include "graphs/ChartBatch.h"
 
 namespace marisonde {
 
@@ -125,8 +126,8 @@ void SaveGraphDefaults(Settings& settings, const GraphDefaults& defaults) {
 }
 
 void ApplyGraphDefaults(const GraphDefaults& defaults, LivePlot& plot, Chart2D& chart) {
-    const bool batched = chart.IsBatched();
-    chart.SetIsBatched(true);
+    const ChartBatch batch(chart);
+    plot.Look = defaults;
     plot.AutoDataMin = defaults.AutoDataMin;
     plot.AutoDataMax = defaults.AutoDataMax;
     plot.AutoDataMin2 = defaults.AutoDataMin2;
@@ -149,7 +150,6 @@ void ApplyGraphDefaults(const GraphDefaults& defaults, LivePlot& plot, Chart2D& 
     plot.ChangeDepthUnits(defaults.Units);
     for (std::size_t n = 0; n < defaults.channels.size(); ++n)
         plot.AutoColor(static_cast<int>(n)) = defaults.channels[n].color == kAutomaticColor;
-    chart.SetIsBatched(batched);
 }
 
 }  // namespace marisonde

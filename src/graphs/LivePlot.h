@@ -7,6 +7,7 @@
 #include "common/InstTypes.h"
 #include "decode/RawSample.h"
 #include "graphs/Chart2D.h"
+#include "graphs/GraphLook.h"
 #include "graphs/PlotReadouts.h"
 #include "graphs/PlotTypes.h"
 
@@ -42,6 +43,9 @@ class LivePlot {
     // Whether a limit follows the data.
     bool AutoDataMax = true, AutoDataMin = true, AutoDataMax2 = true, AutoDataMin2 = true;
     bool AutoDepthMax = true, AutoDepthMin = true, AutoTimeMax = true, AutoTimeMin = true;
+    // Where the left button was last pressed on the chart, and any button released, in pixels.
+    std::int16_t ChartMouseDownX = 0, ChartMouseDownY = 0, ChartMouseUpX = 0, ChartMouseUpY = 0;
+    GraphLook Look;
     float PlotDistance = 0;  ///< X value while PlotXType is Distance, cm
     std::int32_t PlotXType = PlotType::ElapsedTime;
     std::int32_t PlotYType = PlotType::BbCorrected;
@@ -64,6 +68,7 @@ class LivePlot {
     [[nodiscard]] std::int32_t& ChartContents(int group, int series);
     /// Whether the colour of a channel, 0..12, follows its wavelength. Throws std::out_of_range.
     [[nodiscard]] bool& AutoColor(int channel);
+    [[nodiscard]] bool AutoColor(int channel) const;
     /// The first series of the primary group that holds `type`, or 0.
     [[nodiscard]] int FindSeriesOfType(std::int32_t type) const;
 
@@ -80,6 +85,34 @@ class LivePlot {
     bool VsDepthCommand();
     /// Points of depth are converted, limits of axes are not.
     void ChangeDepthUnits(bool toMeters);
+    /// The same for a user who asks for the other unit: limits of depth go with the points, so that the
+    /// picture stays.
+    void ChangeDepthUnitsAndLimits(bool toMeters);
+
+    // Commands of scale. All but Previous, and a release of the mouse, store the scale that they find.
+    /// Halves, or doubles, each axis about its centre. An axis at the end of its numbers stays.
+    void Z_In_Button_Click();
+    void Z_Out_Button_Click();
+    /// Goes back to the stored scale, which stays stored.
+    void Previous_Button_Click();
+    /// Shows all the data, and has limits that follow the data again from there on.
+    void AutoScaleCommand();
+    /// The same for the limits whose Auto flag is set.
+    void ApplyAutoScaleFlags();
+    /// Press and release of a mouse button at a place in the chart, in pixels.
+    void ChartMouseDown(bool leftButton, double x, double y);
+    void ChartMouseUp(double x, double y);
+    /// Shows the rectangle between two corners, as drawn with the mouse; the scale before it was stored by
+    /// the press. A side of no length leaves its axis.
+    void ShowRectangle(const ChartPoint& a, const ChartPoint& b);
+    /// Multiplies each range by `factor`, a positive number, about a point. Steps that follow each other in
+    /// one movement of the user's count as one change of scale: only the first stores the scale.
+    void ZoomAbout(const ChartPoint& point, double factor, bool firstStep);
+    /// Moves the ranges by these shares of their length; positive toward larger values.
+    void Pan(double xShare, double yShare, bool firstStep);
+
+    /// Takes scale, automatic limits, look, unit and view of another window's graph.
+    void CopyGraphSettings(const LivePlot& from);
 
     /// Opens a tick with so many lines waiting and returns how many it may take: at most a fifth of the
     /// arrays.
@@ -114,6 +147,15 @@ class LivePlot {
     void LayOutKeptSeries(int channels);
     void LabelAxes(std::int32_t yType, std::int32_t y2Type);
     void ChangeView(PlotView view);
+    void TurnTo(PlotView view);
+    [[nodiscard]] double DepthFactor(bool toMeters) const;
+    void StoreScale();
+    void StoreDataScale();
+    void StoreXScale(bool asDepth);
+    /// Gives each axis in use the range that `change` makes of its name and present range.
+    template <class Change>
+    void ChangeScale(Change change);
+    void FreezeScale();
     void ShowSecondaryAxis(bool depth);
     void SwapCarrier();
     void TurnAxes(bool depthOnX);

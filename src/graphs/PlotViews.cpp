@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "graphs/ChartBatch.h"
 #include "graphs/LivePlot.h"
 
 namespace marisonde {
@@ -16,19 +17,6 @@ void Empty(ChartGroup& group) {
     group.SetLastPoint(1);
 }
 
-/// Keeps a chart from redrawing while it is changed, and gives it back as it was.
-class Batch {
-  public:
-    explicit Batch(Chart2D& chart) : chart_(chart), before_(chart.IsBatched()) { chart_.SetIsBatched(true); }
-    ~Batch() { chart_.SetIsBatched(before_); }
-    Batch(const Batch&) = delete;
-    Batch& operator=(const Batch&) = delete;
-
-  private:
-    Chart2D& chart_;
-    bool before_;
-};
-
 }  // namespace
 
 std::int32_t& LivePlot::ChartContents(int group, int series) {
@@ -36,6 +24,10 @@ std::int32_t& LivePlot::ChartContents(int group, int series) {
 }
 
 bool& LivePlot::AutoColor(int channel) {
+    return autoColor_.at(static_cast<std::size_t>(channel));
+}
+
+bool LivePlot::AutoColor(int channel) const {
     return autoColor_.at(static_cast<std::size_t>(channel));
 }
 
@@ -48,7 +40,7 @@ int LivePlot::FindSeriesOfType(std::int32_t type) const {
 }
 
 void LivePlot::SetupChartForInstrument(InstTypeCode model) {
-    const Batch batch(chart_);
+    const ChartBatch batch(chart_);
     const int primaryBefore = Primary().NumSeries();
     const int secondaryBefore = Secondary().NumSeries();
     model_ = model;
@@ -146,7 +138,7 @@ void LivePlot::TurnAxes(bool depthOnX) {
 }
 
 void LivePlot::ClearGraph() {
-    const Batch batch(chart_);
+    const ChartBatch batch(chart_);
     Empty(Primary());
     if (Secondary().NumSeries() != 0) Empty(Secondary());
     InitializePlotInfo();
@@ -189,10 +181,15 @@ bool LivePlot::VsDepthCommand() {
 }
 
 void LivePlot::ChangeView(PlotView view) {
+    chart_.SetIsBatched(true);
+    TurnTo(view);
+    chart_.SetIsBatched(false);
+}
+
+void LivePlot::TurnTo(PlotView view) {
     const bool fromOrca = view_ == PlotView::Orca;
     const bool depth = view == PlotView::Vs_Depth;
     view_ = view;
-    chart_.SetIsBatched(true);
     TurnAxes(depth);
     ChangeDepthUnits(depthInMeters_);
     ChartAxis& x = chart_.Axes(AxisName::X);
@@ -204,7 +201,6 @@ void LivePlot::ChangeView(PlotView view) {
     if (fromOrca && depth) Primary().SwapSeries(1, 3);
     SwapCarrier();
     if (fromOrca && !depth) Primary().SwapSeries(1, 3);
-    chart_.SetIsBatched(false);
 }
 
 void LivePlot::ShowSecondaryAxis(bool depth) {
@@ -225,9 +221,13 @@ void LivePlot::SwapCarrier() {
     Primary().CopyXFrom(Secondary());
 }
 
+double LivePlot::DepthFactor(bool toMeters) const {
+    return toMeters == depthInMeters_ ? 1 : toMeters ? kMetersPerFoot : kFeetPerMeter;
+}
+
 void LivePlot::ChangeDepthUnits(bool toMeters) {
-    const Batch batch(chart_);
-    const double factor = toMeters == depthInMeters_ ? 1 : toMeters ? kMetersPerFoot : kFeetPerMeter;
+    const ChartBatch batch(chart_);
+    const double factor = DepthFactor(toMeters);
     depthInMeters_ = toMeters;
     ChartAxis& x = chart_.Axes(AxisName::X);
     const bool paired = Secondary().NumSeries() != 0;
