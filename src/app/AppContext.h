@@ -30,6 +30,7 @@ struct AppContext {
     int instanceNumber = 1;  ///< of this running copy; part of the names of temporary calibrations
     Ports* ports = nullptr;  ///< where windows connect; null only where nothing connects
     std::array<DataWindow*, kMaxWindows> windows{};
+    int untitledFiles = 0;  ///< data files begun without a name; counts on over all windows
 
     [[nodiscard]] bool WindowInUse(int index) const {
         return windows.at(static_cast<std::size_t>(index)) != nullptr;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "app/PlottedChannels.h"
+#include "app/WindowTitle.h"
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
 #include "decode/Decoders.h"
@@ -19,46 +20,11 @@ namespace {
 
 constexpr const char* kCalibrationRemedy =
     "Load an appropriate calibration file, or select the 'Load Calibration from Instrument' option.";
-constexpr Millis kSilence =
-    std::chrono::seconds(11);  ///< an instrument that says nothing for so long has no data
-
-struct StateWordRow {
-    InstStateCode state;
-    std::string_view word;
-};
-constexpr std::array kStateWords{
-    StateWordRow{InstStateCode::Unknown, "unknown"},
-    StateWordRow{InstStateCode::NoConnection, "No Connection"},
-    StateWordRow{InstStateCode::Starting, "Starting:"},
-    StateWordRow{InstStateCode::Sampling, "Sampling"},
-    StateWordRow{InstStateCode::Stopped, "Stopped"},
-    StateWordRow{InstStateCode::Sleeping, "Sleeping"},
-    StateWordRow{InstStateCode::Waking, "Waking"},
-    StateWordRow{InstStateCode::Downloading, "Downloading"},
-    StateWordRow{InstStateCode::Pending, "Pending"},
-    StateWordRow{InstStateCode::StopSent, "Pending"},
-    StateWordRow{InstStateCode::StartSent, "Pending"},
-    StateWordRow{InstStateCode::NoData, "No Data"},
-    StateWordRow{InstStateCode::OpeningShutter, "Open Shutter"},
-    StateWordRow{InstStateCode::ClosingShutter, "Close Shutter"},
-};
 
 constexpr std::array kKindsWithSupply{LineKind::CorvaneVerbose, LineKind::TidalExtraHex, LineKind::TidalFull,
                                       LineKind::DelphFull};
 
-bool IsSilentByNature(InstStateCode state) {
-    return state == InstStateCode::NoConnection || state == InstStateCode::Sleeping;
-}
-
 }  // namespace
-
-std::string StateWord(InstStateCode state, int startsInSeconds) {
-    const auto* const row = std::find_if(kStateWords.begin(), kStateWords.end(),
-                                         [&](const StateWordRow& r) { return r.state == state; });
-    std::string word(row == kStateWords.end() ? "unknown" : row->word);
-    if (state == InstStateCode::Starting) word += " " + std::to_string(startsInSeconds) + " s";
-    return word;
-}
 
 DataWindow::DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<SerialLine> line,
                        DataFiles::MakeFile makeFile)
@@ -75,6 +41,8 @@ DataWindow::DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<Serial
     };
     Link.OnError = [this](std::string text) { dialogs_.ShowError(std::move(text)); };
     Link.MayStart = [this] { return LogWhatIsStarted(); };
+    Link.OnStatus = [this] { UpdateStatusDisplay(Link, true); };
+    UpdateStatusDisplay(Link, true);
     Link.OnRateChanged = [this](int baud) {
         app_.prefs.Baud = baud;
         app_.settings.SaveSetting("Connection", "Baud", std::to_string(baud));
@@ -94,7 +62,7 @@ void DataWindow::Tick() {
         ReadTerminalQueue();
         Link.SendPending();
     }
-    WatchForSilence();
+    UpdateStatusDisplay(Link, false);
     WatchLine();
     if (Link.State.TransferActive)
         TransferTick();
@@ -167,13 +135,6 @@ void DataWindow::StoreSample() {
     const auto trouble = Files.WriteSample(Link.State.CurrentSample, Link.CalData.InstType,
                                            app_.pureWater.WriteBetaColumns, app_.clock.Steady());
     if (trouble) Report(*trouble);
-}
-
-void DataWindow::WatchForSilence() {
-    DataWindowState& state = Link.State;
-    const bool silent = app_.clock.Steady() > state.LastInputTime + kSilence;
-    if (silent && !IsSilentByNature(state.InstState)) state.InstState = InstStateCode::NoData;
-    state.PrevInstState = state.InstState;
 }
 
 /// A line that fails is told once. While the window connects, whoever connects tells it.
@@ -279,23 +240,16 @@ void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::s
     request.basePath = basePath;
     if (!kind.empty()) WriteRawHeader(request.rawHeader, stamp, kind, Link.State.InstType, &Link.CalData);
     if (wantDat) WriteDatHeader(request.datHeader, stamp, "", Link.CalData, app_.sigma, app_.pureWater);
+    if (basePath.empty()) untitledNumber_ = ++app_.untitledFiles;
     for (const std::string& error : Files.OpenDataFiles(request)) dialogs_.ShowError(error);
 }
 
 std::string DataWindow::StatusText() const {
-    return StateWord(Link.State.InstState, Link.State.StartsInSeconds);
+    return StateWord(Link.State.PrevInstState, Link.State.StartsInSeconds);
 }
 
 std::string DataWindow::Title() const {
-    std::string what = "No connection";
-    if (Files.AnyOpen()) {
-        const auto& named = Files.State().rawFinal.empty() ? Files.State().datFinal : Files.State().rawFinal;
-        what = named.empty() ? "untitled" : named.filename().string();
-    } else if (Link.Line().IsOpen()) {
-        what = Link.State.InstSerial.empty() ? "Port " + std::to_string(Link.State.PortNumber)
-                                             : Link.State.InstSerial;
-    }
-    return what + " - Marisonde";
+    return WindowTitle(*this);
 }
 
 std::string DataWindow::WhereDataAre() const {

@@ -5,9 +5,12 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/AppContext.h"
 #include "app/Dialogs.h"
+#include "app/StatusDisplay.h"
+#include "app/WindowMenu.h"
 #include "calibration/Converter.h"
 #include "files/DataFiles.h"
 #include "graphs/Chart2D.h"
@@ -34,6 +37,8 @@ class DataWindow {
 
     std::function<void()> OnInstrumentChanged;  ///< another model, calibration or connection
     std::function<void()> OnLineLost;           ///< the device of an open connection has vanished
+    std::function<void()> OnShow;               ///< brings the window to the front
+    std::vector<ChildWindow> Children;          ///< the further windows of this one, open or not
 
     [[nodiscard]] int Index() const { return Link.Index(); }
     [[nodiscard]] AppContext& App() { return app_; }
@@ -59,9 +64,11 @@ class DataWindow {
     /// Starts the temporary raw log, and the calibrated file beside it when a calibration is there.
     void OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath = "");
 
-    /// The word for the instrument's state, such as "Sampling" or "Starting: 5 s".
+    /// The word for the state that is shown, such as "Sampling" or "Starting: 5 s".
     [[nodiscard]] std::string StatusText() const;
     [[nodiscard]] std::string Title() const;
+    /// Counts the files begun without a name in this run of the program; 0 before the window's first.
+    [[nodiscard]] int UntitledNumber() const { return untitledNumber_; }
     /// Where the data are: the file names, or the temporary files while unnamed; empty without files.
     [[nodiscard]] std::string WhereDataAre() const;
     /// A name for new files of this window: serial or model, then date and time.
@@ -74,7 +81,6 @@ class DataWindow {
     void LiveTick();
     bool TakeNextSample();
     void StoreSample();
-    void WatchForSilence();
     void WatchLine();
     bool LogWhatIsStarted();
     [[nodiscard]] std::string NotRecordedText() const;
@@ -86,11 +92,10 @@ class DataWindow {
     std::string line_;                    ///< the queued line at hand
     RawSample supply_;                    ///< the newest line that told the supply voltage
     bool lineLost_ = false;               ///< the vanished device has been reported
+    int untitledNumber_ = 0;
 };
 
 /// What the user is told when no calibration is at hand.
 std::string NoCalibrationText();
-/// The word for a state as the user reads it.
-std::string StateWord(InstStateCode state, int startsInSeconds);
 
 }  // namespace marisonde

@@ -86,6 +86,7 @@ void SendCommandNow(std::string_view name, InstrumentLink& window, std::string_v
     const std::string text = WireText(row.wire, name, tidied, window.CalData);
     state.SentText = WithoutLineEnds(text);
     PutOut(window, row.way, text);
+    if (window.OnStatus) window.OnStatus();
 }
 
 bool SendCommand(std::string_view name, InstrumentLink& window, std::string_view argument) {

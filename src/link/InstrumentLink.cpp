@@ -30,6 +30,7 @@ void InstrumentLink::ClosePort() {
     State.PortNumber = 0;
     State.InstState = InstStateCode::NoConnection;
     State.PrevInstState = InstStateCode::Unknown;
+    if (OnStatus) OnStatus();
 }
 
 void InstrumentLink::SendPending() {

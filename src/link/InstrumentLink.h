@@ -34,7 +34,9 @@ class InstrumentLink {
     /// Opens the connect dialog and calls back once it has closed, whatever came of it; not after the window
     /// has gone.
     std::function<void(std::function<void()> whenClosed)> ShowConnectForm;
-    std::function<bool()> MayStart;               ///< asked before sampling is started; false stops it
+    std::function<bool()> MayStart;  ///< asked before sampling is started; false stops it
+    std::function<void()>
+        OnStatus;  ///< a command was sent or the port closed: the state is to be shown at once
     std::function<void(int baud)> OnRateChanged;  ///< the instrument and the port have gone to another rate
 
     std::filesystem::path TemporaryFolder;  ///< for the last calibration image; empty: none is kept

@@ -191,27 +191,6 @@ TEST_F(DataWindowTest, SampleWithoutAClockTakesTheComputersTime) {
     EXPECT_DOUBLE_EQ(window->Plot.PlotStartTime(), clock.Now());
 }
 
-TEST_F(DataWindowTest, SilenceOfElevenSecondsShowsNoData) {
-    const auto window = Scripted(Model::Corvane6);
-    port->Queue(SampleLine() + "\r");
-    Run(*window, kTick);
-    EXPECT_EQ(window->StatusText(), "Sampling");
-    Run(*window, std::chrono::seconds(11));
-    EXPECT_EQ(window->StatusText(), "Sampling");
-    Run(*window, kTick);
-    EXPECT_EQ(window->StatusText(), "No Data");
-    port->Queue(SampleLine() + "\r");
-    Run(*window, kTick);
-    EXPECT_EQ(window->StatusText(), "Sampling");
-}
-
-TEST_F(DataWindowTest, SleepingInstrumentMayBeSilent) {
-    const auto window = Scripted(Model::Corvane6);
-    port->Queue("Sleeping\r");
-    Run(*window, std::chrono::seconds(30));
-    EXPECT_EQ(window->StatusText(), "Sleeping");
-}
-
 TEST_F(DataWindowTest, ComputersClockMayJump) {
     const auto window = Scripted(Model::Corvane6);
     port->Queue("Stopped\r");
@@ -219,14 +198,6 @@ TEST_F(DataWindowTest, ComputersClockMayJump) {
     clock.SetDate(30000);
     Run(*window, kTick);
     EXPECT_EQ(window->StatusText(), "Stopped") << "time limits do not follow the date";
-}
-
-TEST_F(DataWindowTest, StateWords) {
-    const std::vector<std::pair<int, std::string>> words{
-        {0, "unknown"},  {1, "No Connection"}, {2, "Starting: 5 s"}, {3, "Sampling"},      {4, "Stopped"},
-        {5, "Sleeping"}, {6, "Waking"},        {7, "Downloading"},   {8, "Pending"},       {9, "Pending"},
-        {10, "Pending"}, {11, "No Data"},      {12, "Open Shutter"}, {13, "Close Shutter"}};
-    for (const auto& [code, word] : words) EXPECT_EQ(StateWord(static_cast<InstStateCode>(code), 5), word);
 }
 
 TEST_F(DataWindowTest, PulledCableIsReportedOnceAndKeepsTheData) {
@@ -377,15 +348,6 @@ TEST_F(DataWindowTest, WindowsTakeTheLowestFreeSlot) {
     windows[2].reset();
     EXPECT_FALSE(app.WindowInUse(2));
     EXPECT_EQ(app.FirstFreeWindow(), 2);
-}
-
-TEST_F(DataWindowTest, TitleTellsFilePortOrNothing) {
-    DataWindow idle(app, dialogs, std::make_unique<ScriptedLine>());
-    EXPECT_EQ(idle.Title(), "No connection - Marisonde");
-    const auto window = Scripted(Model::Corvane6);
-    EXPECT_EQ(window->Title(), "untitled - Marisonde");
-    window->Files.CloseDataFiles(false);
-    EXPECT_EQ(window->Title(), "Port 2 - Marisonde");
 }
 
 /// Six instruments at full rate on bad cables: one byte in a thousand has a flipped bit.

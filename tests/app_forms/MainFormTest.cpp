@@ -34,7 +34,7 @@ TEST_F(MainFormTest, ShowsReadoutsOfASamplingInstrument) {
     MainForm* const form = Sampling();
     Run(std::chrono::seconds(5));
     EXPECT_EQ(Text(form, "Status_Box"), "Sampling");
-    EXPECT_EQ(form->windowTitle(), "untitled - Marisonde");
+    EXPECT_EQ(form->windowTitle(), "untitled1 - Marisonde");
     const CalibratedSample& sample = form->Window().Link.State.CurrentSample;
     for (int channel = 0; channel < 6; ++channel) {
         const std::string box = Text(form, ("DataBox(" + std::to_string(channel) + ")").c_str());
