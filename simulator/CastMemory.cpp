@@ -1,6 +1,7 @@
 #include "simulator/CastMemory.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "simulator/Dates.h"
 
@@ -26,7 +27,8 @@ std::string DurationText(const Cast& cast) {
 }  // namespace
 
 CastMemory::CastMemory(std::int64_t startUnix)
-    : casts_{{1, startUnix - 4 * kDay, 300}, {2, startUnix - 3 * kDay, 600}, {3, startUnix - kDay, 120}} {}
+    : casts_{{1, startUnix - 4 * kDay, 300}, {2, startUnix - 3 * kDay, 600}, {3, startUnix - kDay, 120}},
+      last_(3) {}
 
 const Cast* CastMemory::Find(int number) const {
     const auto found =
@@ -38,15 +40,40 @@ void CastMemory::Delete(int number) {
     std::erase_if(casts_, [&](const Cast& cast) { return cast.number == number; });
 }
 
+void CastMemory::Clear() {
+    casts_.clear();
+    last_ = 0;
+}
+
+void CastMemory::Begin(std::int64_t startUnix, double period) {
+    begun_ = Cast{0, startUnix, 0, period};
+}
+
+bool CastMemory::AddLine(std::string_view line) {
+    if (Used() + kBytesPerLine > kMemoryBytes) return false;
+    if (begun_) {
+        begun_->number = ++last_;
+        casts_.push_back(*begun_);
+        begun_.reset();
+    }
+    Cast& cast = casts_.back();
+    cast.text.emplace_back(line);
+    ++cast.lines;
+    return true;
+}
+
+long CastMemory::Used() const {
+    return std::accumulate(casts_.begin(), casts_.end(), 0L,
+                           [](long sum, const Cast& cast) { return sum + cast.lines * kBytesPerLine; });
+}
+
 std::string CastMemory::Listing() const {
     std::string text = "' Cast  Start              Duration  Lines\r\n";
-    long used = 0;
     for (const Cast& cast : casts_) {
         text += "'" + RightAligned(std::to_string(cast.number), 5) + "  " + DateText(cast.startUnix) +
                 RightAligned(DurationText(cast), 10) + RightAligned(std::to_string(cast.lines), 7) + "\r\n";
-        used += cast.lines * kBytesPerLine;
     }
-    text += "'" + std::to_string((kMemoryBytes - used) / 1024) + " KB of " +
+    text += "'" + std::to_string((kMemoryBytes - Used()) / 1024) + " KB of " +
             std::to_string(kMemoryBytes / 1024) + " KB free\r\n";
     return text;
 }

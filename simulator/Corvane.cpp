@@ -11,6 +11,7 @@ namespace {
 
 constexpr double kSignalNoise = 0.004;  // of the signal
 constexpr double kCountNoise = 2;
+constexpr int kFullScale = 0x7FFF;  // of the converter, counts
 constexpr int kRefOff = 905;
 constexpr int kSigOff = 512;
 constexpr int kBackupTenthsOfVolt = 31;
@@ -65,11 +66,11 @@ double Corvane::TrueBb(std::size_t ch, const WaterState& water) const {
     return ParticleBb(water, channel.lambdaNm) + views_[ch].WaterBb();
 }
 
-void Corvane::Measure(const Moment& moment) {
+void Corvane::Measure(const Moment& moment, LineForm form) {
     const WaterState water = Water().At(moment.sinceOn);
     const double tempC = water.tempC + 0.02 * Noise().Normal();
     // The verbose hexadecimal line carries whole degrees, all others fifths of a degree above -10.
-    const bool wholeDegrees = Form() == LineForm::HexVerbose;
+    const bool wholeDegrees = form == LineForm::HexVerbose;
     sample_.tempByte = wholeDegrees ? Rounded(tempC) : Rounded((tempC + 10) * 5);
     const double tempSent = wholeDegrees ? sample_.tempByte : sample_.tempByte / 5.0 - 10;
     sample_.pressure = Rounded((water.depthM + cal_.depthOff) / cal_.depthCal + Noise().Normal());
@@ -101,30 +102,39 @@ void Corvane::MeasureSlot(std::size_t ch, double betaUncorrected, double tempC, 
     const auto step = static_cast<std::size_t>(slot.gain - 1);
     const double clean = atOne * channel.gains[step];
     const double noisy = clean * (1 + kSignalNoise * Noise().Normal()) + kCountNoise * Noise().Normal();
-    slot.snorm = std::clamp(Rounded(noisy), 1, 0xFFFF);
+    slot.snorm = std::clamp(Rounded(noisy), 1, kFullScale);
     slot.sigOff = kSigOff + static_cast<int>(Noise().Below(5));
     slot.refOff = kRefOff + static_cast<int>(Noise().Below(5));
     slot.ref = slot.refOff + Rounded(channel.RNominal * (1 + 0.01 * Noise().Normal()));
     const double signal = noisy * (slot.ref - slot.refOff) / channel.RNominal;
-    slot.sig = std::clamp(Rounded(signal) + slot.sigOff + channel.dark[step], 0, 0xFFFF);
+    slot.sig = std::clamp(Rounded(signal) + slot.sigOff + channel.dark[step], 0, kFullScale);
     slot.background = Background(water);
 }
 
 void Corvane::AppendSample(std::string& out, const Moment& moment) {
-    Measure(moment);
-    switch (Form()) {
+    Append(out, moment, Form());
+}
+
+void Corvane::AppendRaw(std::string& out, const Moment& moment) {
+    const bool decimal = Form() == LineForm::Decimal || Form() == LineForm::DecimalTimed;
+    Append(out, moment, decimal ? Form() : LineForm::HexVerbose);
+}
+
+void Corvane::Append(std::string& out, const Moment& moment, LineForm form) {
+    Measure(moment, form);
+    switch (form) {
         case LineForm::HexVerbose:
             return AppendVerbose(out, moment);
         case LineForm::Decimal:
         case LineForm::DecimalTimed:
-            return AppendDecimal(out, moment);
+            return AppendDecimal(out, moment, form);
         default:
-            return AppendShort(out, moment);
+            return AppendShort(out, moment, form);
     }
 }
 
-void Corvane::AppendShort(std::string& out, const Moment& moment) {
-    const bool withHundredths = Form() == LineForm::HexHundredths;
+void Corvane::AppendShort(std::string& out, const Moment& moment, LineForm form) {
+    const bool withHundredths = form == LineForm::HexHundredths;
     const std::size_t begin = out.size();
     out += withHundredths ? "*T" : "*D";
     AppendHex(out, moment.secondsUnix, 8);
@@ -154,9 +164,9 @@ void Corvane::AppendVerbose(std::string& out, const Moment& moment) {
     AppendChecksum(out, begin, Settings().checksum);
 }
 
-void Corvane::AppendDecimal(std::string& out, const Moment& moment) {
+void Corvane::AppendDecimal(std::string& out, const Moment& moment, LineForm form) {
     const auto hundredthsOn = moment.sinceOn.count() / 10'000'000;
-    if (Form() == LineForm::DecimalTimed) {
+    if (form == LineForm::DecimalTimed) {
         AppendFixed(out, static_cast<double>(hundredthsOn) / 100, 2);
         out += ',';
     }

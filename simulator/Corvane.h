@@ -65,10 +65,12 @@ class Corvane final : public Instrument {
 
   protected:
     void AppendSample(std::string& out, const Moment& moment) override;
+    void AppendRaw(std::string& out, const Moment& moment) override;
     void AppendExtra(std::string& out, const Moment& moment) override;
     [[nodiscard]] std::span<const Command> FamilyCommands() const override;
     [[nodiscard]] double MaxDepthM() const override { return cal_.maxDepthM; }
-    void LoadStoredCal() override { told_ = stored_, fluorescence_ = storedFluorescence_; }
+    void LoadStoredCal() override;
+    [[nodiscard]] bool KeepsFiles() const override { return GivesFile(); }
 
   private:
     /// What the instrument tells of its calibration.
@@ -106,16 +108,24 @@ class Corvane final : public Instrument {
     void Shutter(std::string_view argument);
     void Fl(std::string_view argument);
     void StoreFl(std::string_view argument);
+    // On the bench, with a target before the instrument.
+    void Gain(std::string_view argument);
+    void AutomaticGain(std::string_view argument);
+    void Mode(std::string_view argument);
+    void Averaging(std::string_view argument);
+    void RawSample(std::string_view argument);
+    void Clear(std::string_view argument);
     bool SetGlobal(std::span<const std::string_view> texts);
     [[nodiscard]] std::string GlobalListing() const;
     [[nodiscard]] bool SetFl(std::string_view argument);
     [[nodiscard]] double TrueBb(std::size_t ch, const WaterState& water) const;
-    void Measure(const Moment& moment);
+    void Append(std::string& out, const Moment& moment, LineForm form);
+    void Measure(const Moment& moment, LineForm form);
     /// The reading of one channel at `tempC` as the host will know it.
     void MeasureSlot(std::size_t ch, double betaUncorrected, double tempC, const WaterState& water);
-    void AppendShort(std::string& out, const Moment& moment);
+    void AppendShort(std::string& out, const Moment& moment, LineForm form);
     void AppendVerbose(std::string& out, const Moment& moment);
-    void AppendDecimal(std::string& out, const Moment& moment);
+    void AppendDecimal(std::string& out, const Moment& moment, LineForm form);
 
     const CorvaneCalibration& cal_;
     Told told_, stored_;

@@ -59,6 +59,12 @@ std::span<const Instrument::Command> Corvane::FamilyCommands() const {
         Row("SHUTTER", &Corvane::Shutter),
         Row("FL", &Corvane::Fl, true),
         Row("STOREFL", &Corvane::StoreFl),
+        Row("GAIN", &Corvane::Gain),
+        Row("AGAIN", &Corvane::AutomaticGain),
+        Row("MODE", &Corvane::Mode),
+        Row("AM", &Corvane::Averaging),
+        Row("C", &Corvane::RawSample),
+        Row("X", &Corvane::Clear),
     };
     return commands;
 }
@@ -139,7 +145,10 @@ void Corvane::Ccf(std::string_view argument) {
 }
 
 void Corvane::StoreChannels(std::string_view /*argument*/) {
-    StoreLater("channel data", [this] { stored_.cal.channels = told_.cal.channels; });
+    StoreLater("channel data", [this] {
+        stored_.cal.channels = told_.cal.channels;
+        RewriteCalFile();
+    });
 }
 
 void Corvane::StoreGlobal(std::string_view /*argument*/) {
@@ -147,6 +156,7 @@ void Corvane::StoreGlobal(std::string_view /*argument*/) {
         auto channels = std::move(stored_.cal.channels);
         stored_ = told_;
         stored_.cal.channels = std::move(channels);
+        RewriteCalFile();
     });
 }
 

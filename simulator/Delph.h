@@ -45,6 +45,7 @@ class Delph final : public Instrument {
     void AppendExtra(std::string& out, const Moment& moment) override;
     [[nodiscard]] std::span<const Command> FamilyCommands() const override;
     [[nodiscard]] double MaxDepthM() const override { return cal_.maxDepthM; }
+    [[nodiscard]] bool KeepsFiles() const override { return true; }
 
   private:
     struct Sample {

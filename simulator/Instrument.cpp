@@ -17,7 +17,9 @@ using namespace std::chrono_literals;
 
 constexpr Millis kTurnOn = 400ms;
 constexpr Millis kCount = 1000ms;
+constexpr Millis kMemoryScan = 10s;  // after a reset
 constexpr std::size_t kLongestCommand = 200;
+constexpr std::size_t kLongestFileLine = 4096;
 constexpr std::size_t kLongestInbox = 4096;
 constexpr char kCancel = 3;
 // Housekeeping comes about this often, and no more than before every tenth sample.
@@ -101,6 +103,8 @@ void Instrument::Restart(Millis now) {
     work_.reset();
     block_.reset();
     recording_.reset();
+    logging_ = false;
+    files_.DropCapture();
     question_ = Question::None;
     inbox_.clear();
     command_.clear();
@@ -109,6 +113,18 @@ void Instrument::Restart(Millis now) {
     echo_ = true;
     Adopt(storedSettings_);
     LoadStoredCal();
+}
+
+void Instrument::Break(bool on, Millis now) {
+    AdvanceTo(now);
+    if (on) {
+        if (!breakSince_) breakSince_ = now_;
+        return;
+    }
+    const auto since = std::exchange(breakSince_, std::nullopt);
+    if (!since || now_ - *since < kResetBreak) return;
+    Restart(now);
+    EnterAfter(State::WakingUp, kMemoryScan);
 }
 
 void Instrument::AdvanceTo(Nanos now) {
@@ -156,13 +172,13 @@ void Instrument::StepState() {
             CountDown();
             break;
         case State::Sampling:
-            if (!BetweenBursts()) TakeSample();
             due_ += period_;
+            if (!BetweenBursts()) TakeSample();
             break;
         case State::Downloading:
             SendCastLine();
             break;
-        case State::SendingBlock:
+        case State::Transferring:
             Send(block_->OnDue(now_));
             EndBlock();
             break;
@@ -197,10 +213,12 @@ void Instrument::CountDown() {
         return;
     }
     sampledFrom_ = now_;
+    if (logging_) memory_.Begin(Now().secondsUnix, settings_.period);
     EnterAfter(State::Sampling, Millis{0});
 }
 
 void Instrument::EndSampling() {
+    logging_ = false;
     state_ = State::Stopped;
     if (!MovesShutter() || !shutterOpen_) return;
     Send("Closing shutter");
@@ -233,6 +251,7 @@ void Instrument::TakeSample() {
     scratch_.clear();
     AppendSample(scratch_, moment);
     Say(scratch_);
+    if (logging_) LogLine();
     ++samples_;
     lastLine_ = line_.BusyUntil() - begin;
 }
@@ -263,9 +282,10 @@ void Instrument::HearByte(char byte) {
         if (inbox_.size() < kLongestInbox) inbox_ += byte;
         return;
     }
-    if (state_ == State::SendingBlock) return HearInBlock(byte);
+    if (state_ == State::Transferring) return HearInBlock(byte);
     if (byte == '\n') return;
     if (byte == kCancel) {
+        if (files_.Capturing()) EndCapture();
         command_.clear();
         if (state_ == State::Downloading) RunCommand("STOP");
         return;
@@ -274,7 +294,7 @@ void Instrument::HearByte(char byte) {
         Send(byte == '\r' ? "\r\n" : std::string_view(&byte, 1));
     if (byte == '\r') {
         RunLine(std::exchange(command_, {}));
-    } else if (command_.size() < kLongestCommand) {
+    } else if (command_.size() < (files_.Capturing() ? kLongestFileLine : kLongestCommand)) {
         command_ += byte;
     }
 }
@@ -288,11 +308,19 @@ void Instrument::HearInBlock(char byte) {
     EndBlock();
 }
 
+void Instrument::TransferBlock(std::unique_ptr<BlockTransfer> transfer, std::function<void()> whenOver) {
+    block_ = std::move(transfer);
+    afterBlock_ = std::move(whenOver);
+    state_ = State::Transferring;
+    due_ = block_->Due();
+}
+
 void Instrument::EndBlock() {
     due_ = block_->Due();
     if (!block_->Over()) return;
-    block_.reset();
     state_ = State::Stopped;
+    if (const auto whenOver = std::exchange(afterBlock_, nullptr)) whenOver();
+    block_.reset();
 }
 
 std::unique_ptr<Instrument> MakeInstrument(Model model, const Options& options) {

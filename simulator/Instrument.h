@@ -8,15 +8,19 @@
 #include <string_view>
 #include <vector>
 
+#include "simulator/BlockTransfer.h"
 #include "simulator/CastMemory.h"
 #include "simulator/FaultLayer.h"
+#include "simulator/FileStore.h"
 #include "simulator/OutputLine.h"
 #include "simulator/Random.h"
 #include "simulator/SampleSettings.h"
 #include "simulator/WaterColumn.h"
-#include "simulator/XmodemSender.h"
 
 namespace marisonde::simulator {
+
+/// How long a break of the line has to last to restart an instrument.
+inline constexpr Millis kResetBreak{60000};
 
 /// What the water truly is at a moment, free of noise, in the units that a host shows.
 struct Truth {
@@ -50,6 +54,9 @@ class Instrument {
     /// Power goes off and comes back: what was set and not stored is forgotten, and the instrument is awake
     /// and stopped. Clock, memory and rate are kept.
     void Restart(Millis now);
+    /// The break of the line begins or ends. One that was held for kResetBreak restarts the instrument, which
+    /// first scans its memory for a while and hears nothing.
+    void Break(bool on, Millis now);
     /// The instrument says "!" and `text`, as it does to warn its user.
     void Warn(std::string_view text, Millis now);
 
@@ -81,6 +88,8 @@ class Instrument {
     };
     /// Appends one sample as one line without its end.
     virtual void AppendSample(std::string& out, const Moment& moment) = 0;
+    /// Appends one sample as the bench wants it: with all its counts, where the model has a form for them.
+    virtual void AppendRaw(std::string& out, const Moment& moment) { AppendSample(out, moment); }
     /// Appends the line that comes between samples now and then ("*H", "*I"), or nothing.
     virtual void AppendExtra(std::string& out, const Moment& moment) = 0;
 
@@ -114,11 +123,22 @@ class Instrument {
                     const std::function<bool(const SampleSettings&)>& allowed = {});
     /// "Storing channel data", and half a second later "..OK" and `store`.
     void StoreLater(std::string_view what, std::function<void()> store);
-    /// For models that keep their calibration as a file: the file, for "sendcal" and "MAKEINI".
+    /// The calibration file as it was captured, or else CalText(): for "sendcal" and "MAKEINI".
     void SendCal(std::string_view argument);
     void MakeIni(std::string_view argument);
     /// Offers a block of 128 bytes by XMODEM-CRC.
     void SendBlock(std::string_view block);
+    /// Asks for a block of 128 bytes; `store` is given it and answers whether it is one to keep. What became
+    /// of it is said.
+    void ReceiveBlock(std::function<bool(const std::string&)> store);
+    /// One sample for the bench, as it is measured now.
+    void ReplyRaw();
+    /// A line without a command in it.
+    virtual void HearEmptyLine() {}
+    /// The model keeps its calibration as a file that can be captured.
+    [[nodiscard]] virtual bool KeepsFiles() const { return false; }
+    /// The calibration was set otherwise: its file is written anew from it.
+    void RewriteCalFile();
     /// Forgets what has been set and not stored beside the SampleSettings.
     virtual void LoadStoredCal() {}
     void StoreSettings() { storedSettings_ = settings_; }
@@ -144,7 +164,7 @@ class Instrument {
         Sampling,
         ClosingShutter,
         Downloading,
-        SendingBlock,
+        Transferring,
     };
     /// Something that happens later; bytes that are heard until then wait.
     struct Work {
@@ -165,6 +185,7 @@ class Instrument {
     void HearByte(char byte);
     void HearInBlock(char byte);
     void HearWhatWaited();
+    void TransferBlock(std::unique_ptr<BlockTransfer> transfer, std::function<void()> whenOver);
     void EndBlock();
     void RunLine(const std::string& line);
     void RunCommand(std::string_view line);
@@ -180,6 +201,11 @@ class Instrument {
     [[nodiscard]] bool MovesShutter() const;
     void EndShutterTurn();
     void EndSampling();
+
+    void Capture(std::string_view argument);
+    void EndCapture();
+    void FileCommand(std::string_view argument);
+    [[nodiscard]] std::string CalFile() const;
 
     void Identify(std::string_view argument);
     void TellVersion(std::string_view argument);
@@ -197,6 +223,7 @@ class Instrument {
     void DeleteCast(std::string_view argument);
     void ClearLog(std::string_view argument);
     void SendCastLine();
+    void LogLine();
 
     Options options_;  ///< before what is made of it
     ModelInfo info_;
@@ -210,6 +237,10 @@ class Instrument {
     WaterColumn water_;
     Random noise_;
     CastMemory memory_;
+    FileStore files_;
+    bool calFileMade_ = false;  ///< the calibration is in files_ unless it was deleted
+    bool logging_ = false;      ///< what is sampled goes into memory too
+    std::optional<Nanos> breakSince_;
     State state_ = State::Stopped;
     Nanos now_{0};
     Nanos due_{0};  ///< when the state takes its next step; meaningless in Asleep and Stopped
@@ -221,7 +252,8 @@ class Instrument {
     Nanos sampledFrom_{0};
     Nanos lastLine_{0};  ///< how long the newest sample takes on the line
     long samples_ = 0;
-    std::optional<XmodemSender> block_;
+    std::unique_ptr<BlockTransfer> block_;
+    std::function<void()> afterBlock_;
     std::unique_ptr<Instrument> recording_;  ///< gives the lines of the cast on its way out
     Cast castOut_{};
     long castLines_ = 0;  ///< of it already sent

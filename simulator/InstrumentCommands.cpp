@@ -29,7 +29,8 @@ std::span<const Instrument::Command> Instrument::CommonCommands() {
         Command{"BAUD", &Instrument::Baud},         Command{"ECHOON", &Instrument::EchoOn},
         Command{"ECHOOFF", &Instrument::EchoOff},   Command{"DIR", &Instrument::Directory},
         Command{"DOWNLOAD", &Instrument::Download}, Command{"DELCAST", &Instrument::DeleteCast},
-        Command{"CLEARLOG", &Instrument::ClearLog},
+        Command{"CLEARLOG", &Instrument::ClearLog}, Command{"CAPTURE", &Instrument::Capture},
+        Command{"\\", &Instrument::FileCommand},
     };
     return commands;
 }
@@ -48,7 +49,8 @@ const Instrument::Command* Instrument::FindCommand(std::string_view upperLine) c
 }
 
 void Instrument::RunLine(const std::string& line) {
-    if (Trimmed(line).empty()) return;
+    if (files_.Capturing()) return files_.AddLine(line);
+    if (Trimmed(line).empty()) return HearEmptyLine();
     if (options_.replies.delay <= 0ms) return RunCommand(line);
     WorkAfter(options_.replies.delay, [this, line] { RunCommand(line); });
 }
@@ -84,6 +86,12 @@ void Instrument::ReplyText(std::string_view text) {
     }
 }
 
+void Instrument::ReplyRaw() {
+    scratch_.clear();
+    AppendRaw(scratch_, Now());
+    Reply(scratch_);
+}
+
 void Instrument::ReplySettings(std::span<const SettingRow> rows) {
     for (const SettingRow& row : rows) Reply(SettingLine(row, settings_));
 }
@@ -107,24 +115,6 @@ void Instrument::StoreLater(std::string_view what, std::function<void()> store) 
         keep();
         Reply(line);
     });
-}
-
-void Instrument::SendBlock(std::string_view block) {
-    block_.emplace(block, now_);
-    state_ = State::SendingBlock;
-    due_ = block_->Due();
-}
-
-void Instrument::SendCal(std::string_view /*argument*/) {
-    ReplyText(CalText());
-}
-
-void Instrument::MakeIni(std::string_view /*argument*/) {
-    constexpr std::string_view kHeading = "[Channel ";
-    std::string text = CalText();
-    for (auto at = text.find(kHeading); at != std::string::npos; at = text.find(kHeading, at))
-        text.erase(at + kHeading.size() - 1, 1);
-    ReplyText(text);
 }
 
 void Instrument::Identify(std::string_view /*argument*/) {
@@ -154,8 +144,11 @@ void Instrument::Sleep(std::string_view /*argument*/) {
     state_ = State::Asleep;
 }
 
-void Instrument::Start(std::string_view /*argument*/) {
+void Instrument::Start(std::string_view argument) {
     if (state_ != State::Stopped) return;
+    // The second value is 0 for samples that are only sent.
+    const auto texts = SplitAtCommas(argument);
+    logging_ = texts.size() < 2 || NumberFrom(texts[1]) != 0.0;
     if (!MovesShutter() || shutterOpen_) return BeginCountdown();
     Send("Opening shutter");
     EnterAfter(State::OpeningShutter, Millis{static_cast<int>(settings_.shutterTime * 1000)});

@@ -34,11 +34,23 @@ void Instrument::Download(std::string_view argument) {
     EnterAfter(State::Downloading, Millis{0});
 }
 
+void Instrument::LogLine() {
+    if (memory_.AddLine(scratch_)) return;
+    Say("!Memory full");
+    EndSampling();
+    if (settings_.sleepOnFull != 0 && state_ == State::Stopped) Sleep({});
+}
+
 void Instrument::SendCastLine() {
     if (castLines_ >= castOut_.lines) {
         recording_.reset();
         state_ = State::Stopped;
         return Say(Firmware() < kEndOfCastSince ? "'done" : "End of cast " + std::to_string(castOut_.number));
+    }
+    if (!castOut_.text.empty()) {
+        Say(castOut_.text[static_cast<std::size_t>(castLines_++)]);
+        due_ = std::max(now_, line_.BusyUntil());
+        return;
     }
     ++castLines_;
     const auto hundredths =

@@ -38,11 +38,12 @@ int TransBackground(const WaterState& water) {
 Tidal::Tidal(Model model, const Options& options)
     : Instrument(model, options),
       cal_(TidalCalibrationOf(model)),
+      told_{cal_, std::string(CalInfo().serial), Config(), CalibratedAt()},
       view_(cal_.lambdaNm, cal_.sigma),
       transmissionView_(cal_.kLambdaNm, cal_.sigma) {}
 
 std::string Tidal::CalText() const {
-    return TidalCalText(cal_, CalInfo(), Config(), CalibratedAt());
+    return TidalCalText(told_, Info());
 }
 
 Truth Tidal::TruthAt(Millis now) const {

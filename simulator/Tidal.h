@@ -30,6 +30,14 @@ struct TidalCalibration {
     int depthThreshold;                ///< pressure counts
 };
 
+/// What an image of the calibration says.
+struct TidalImageContent {
+    TidalCalibration cal;
+    std::string serial, config;
+    std::int64_t calibratedAt = 0;   ///< seconds since 1970
+    std::optional<double> sigma0{};  ///< sigma in clear water; unset: by its law
+};
+
 /// Combined absorption (l-Tidal) or attenuation (n-Tidal, x-Tidal) and backscatter sensors.
 class Tidal final : public Instrument {
   public:
@@ -43,6 +51,8 @@ class Tidal final : public Instrument {
     void AppendExtra(std::string& out, const Moment& moment) override;
     [[nodiscard]] std::span<const Command> FamilyCommands() const override;
     [[nodiscard]] double MaxDepthM() const override { return cal_.maxDepthM; }
+    void HearEmptyLine() override;
+    void LoadStoredCal() override { gain_.Release(); }
 
   private:
     struct Sample {
@@ -67,10 +77,17 @@ class Tidal final : public Instrument {
     void BurstCycle(std::string_view argument);
     /// Keeps the unit awake; nothing is said.
     void Power(std::string_view argument);
+    /// Takes an image from its host.
+    void LoadCal(std::string_view argument);
+    bool StoreImage(const std::string& image);
+    /// On the bench: 1 to 5 holds the gain, and each empty line is answered with a sample; 0 ends both.
+    void Gain(std::string_view argument);
     void AppendHexSample(std::string& out, const Moment& moment);
     void AppendDecimalSample(std::string& out, const Moment& moment);
 
     const TidalCalibration& cal_;
+    TidalImageContent told_;  ///< what the instrument tells of its calibration
+    std::string image_;       ///< as its host stored it; empty: as it left the factory
     HostView view_;
     HostView transmissionView_;  ///< at the wavelength of the transmission
     AutoGain gain_;
@@ -78,9 +95,8 @@ class Tidal final : public Instrument {
 };
 
 const TidalCalibration& TidalCalibrationOf(Model model);
-/// Its `.cal` text; `calibratedAt` in seconds since 1970.
-std::string TidalCalText(const TidalCalibration& cal, const ModelInfo& info, std::string_view config,
-                         std::int64_t calibratedAt);
+/// Its `.cal` text, with serial and configuration of `content`.
+std::string TidalCalText(const TidalImageContent& content, const ModelInfo& info);
 
 /// 12 bits of mantissa times 10 to the power of 3 less the upper 4 bits; too small values give 0 and too
 /// large ones the largest.
@@ -90,5 +106,8 @@ std::uint16_t PackedDecimal(double value);
 /// serial come from the model; a date of production that the serial lacks is 12/98.
 std::string TidalCalImage(const TidalCalibration& cal, const ModelInfo& info, std::string_view config,
                           std::int64_t calibratedAt);
+/// Reads such an image over `content`, of which stays what an image does not hold. False, and nothing
+/// changed: it has not 128 bytes, or it is one of another model.
+bool ReadTidalImage(std::string_view image, Model model, TidalImageContent& content);
 
 }  // namespace marisonde::simulator

@@ -63,14 +63,15 @@ const TidalCalibration kAttenuationMeter{
     .depthThreshold = 22300,
 };
 
-void WriteScattering(CalWriter& out, const TidalCalibration& cal) {
+void WriteScattering(CalWriter& out, const TidalImageContent& content) {
+    const TidalCalibration& cal = content.cal;
     out.Section("Scattering");
     out.Six("Lambda", cal.lambdaNm);
     out.Six("DeltaLambda", cal.bandNm);
     out.Numbered("Gain", 1, cal.gains);
     out.Numbered("Offset", 1, cal.dark);
     out.Six("Mu", cal.Mu);
-    out.Sigma(cal.sigma, OldSigma(cal.lambdaNm, cal.sigma));
+    out.Sigma(cal.sigma, content.sigma0.value_or(OldSigma(cal.lambdaNm, cal.sigma)));
     out.Six("ChiBb", cal.beta2bb);
     out.Six("TempCoeff", cal.tempCoeff);
     out.Six("CalTemp", cal.calTemp);
@@ -102,15 +103,15 @@ const TidalCalibration& TidalCalibrationOf(Model model) {
     return model == Model::LTidal ? kAbsorptionMeter : kAttenuationMeter;
 }
 
-std::string TidalCalText(const TidalCalibration& cal, const ModelInfo& info, std::string_view config,
-                         std::int64_t calibratedAt) {
+std::string TidalCalText(const TidalImageContent& content, const ModelInfo& info) {
+    const TidalCalibration& cal = content.cal;
     CalWriter out;
-    out.General(info.name, info.serial, config, cal.maxDepthM);
-    out.CalTime(calibratedAt, true);
+    out.General(info.name, content.serial, content.config, cal.maxDepthM);
+    out.CalTime(content.calibratedAt, true);
     out.Six("DepthCal", cal.depthCal);
     out.Six("DepthOff", cal.depthOff);
     out.Empty();
-    WriteScattering(out, cal);
+    WriteScattering(out, content);
     WriteAttenuation(out, cal);
     out.Section("End");
     return out.Take();

@@ -1,5 +1,6 @@
 #include <array>
 
+#include "simulator/FieldText.h"
 #include "simulator/Tidal.h"
 
 namespace marisonde::simulator {
@@ -30,6 +31,7 @@ std::span<const Instrument::Command> Tidal::FamilyCommands() const {
         Row("PERIOD", &Tidal::Period),         Row("STARTDELAY", &Tidal::StartDelay),
         Row("BURST", &Tidal::Burst),           Row("BURSTLENGTH", &Tidal::BurstLength),
         Row("BURSTCYCLE", &Tidal::BurstCycle), Row("POWER", &Tidal::Power),
+        Row("LOADCFG", &Tidal::LoadCal),       Row("GAIN", &Tidal::Gain),
     };
     return commands;
 }
@@ -37,7 +39,7 @@ std::span<const Instrument::Command> Tidal::FamilyCommands() const {
 void Tidal::DumpCal(std::string_view /*argument*/) {
     // An image has no mark for the x-Tidal.
     if (Settings().dumpAsText || Info().model == Model::XTidal) return ReplyText(CalText());
-    SendBlock(TidalCalImage(cal_, CalInfo(), Config(), CalibratedAt()));
+    SendBlock(image_.empty() ? TidalCalImage(cal_, CalInfo(), Config(), CalibratedAt()) : image_);
 }
 
 void Tidal::DataFormat(std::string_view argument) {
@@ -60,5 +62,30 @@ void Tidal::BurstCycle(std::string_view argument) {
 }
 
 void Tidal::Power(std::string_view /*argument*/) {}
+
+void Tidal::LoadCal(std::string_view /*argument*/) {
+    ReceiveBlock([this](const std::string& image) { return StoreImage(image); });
+}
+
+bool Tidal::StoreImage(const std::string& image) {
+    if (!ReadTidalImage(image, Info().model, told_)) return false;
+    image_ = image;
+    return true;
+}
+
+void Tidal::Gain(std::string_view argument) {
+    constexpr double kSteps = 5;
+    const double step = NumberFrom(argument).value_or(-1);
+    if (step < 0 || step > kSteps || step != static_cast<int>(step)) return ReplyRefused();
+    if (step == 0)
+        gain_.Release();
+    else
+        gain_.Hold(static_cast<int>(step));
+    Reply(step == 0 ? "Gain: automatic" : "Gain: " + std::to_string(static_cast<int>(step)));
+}
+
+void Tidal::HearEmptyLine() {
+    if (gain_.Held() && !Sampling()) ReplyRaw();
+}
 
 }  // namespace marisonde::simulator

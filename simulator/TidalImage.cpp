@@ -11,6 +11,9 @@ namespace marisonde::simulator {
 namespace {
 
 constexpr std::size_t kImageSize = 128;
+constexpr int kAbsorption = 0xA0, kAttenuation = 0xC0;
+constexpr double kDepthUnitM = 20;
+constexpr double kDepthScale = 20000;
 constexpr std::int64_t kFrom1970To1980 = 315532800;  // ten years with two leap days
 
 /// Puts values at positions counted from 1.
@@ -36,6 +39,31 @@ class Image {
 
   private:
     std::array<char, kImageSize> bytes_{};
+};
+
+/// Gives the values at positions counted from 1.
+class ImageReader {
+  public:
+    explicit ImageReader(std::string_view bytes) : bytes_(bytes) {}
+    [[nodiscard]] int Byte(std::size_t pos) const { return static_cast<unsigned char>(bytes_[pos - 1]); }
+    [[nodiscard]] int Word(std::size_t pos) const { return Byte(pos) + 256 * Byte(pos + 1); }
+    [[nodiscard]] int SignedWord(std::size_t pos) const { return static_cast<std::int16_t>(Word(pos)); }
+    [[nodiscard]] std::uint32_t Long(std::size_t pos) const {
+        return static_cast<std::uint32_t>(Word(pos)) + 65536U * static_cast<std::uint32_t>(Word(pos + 2));
+    }
+    [[nodiscard]] double Single(std::size_t pos) const {
+        return static_cast<double>(std::bit_cast<float>(Long(pos)));
+    }
+    [[nodiscard]] double Decimal(std::size_t pos) const {
+        const int word = Word(pos);
+        return (word & 0xFFF) * std::pow(10.0, 3 - (word >> 12));
+    }
+    [[nodiscard]] int Count(std::size_t low, std::size_t middle, std::size_t high) const {
+        return Byte(low) + 256 * Byte(middle) + 65536 * Byte(high);
+    }
+
+  private:
+    std::string_view bytes_;
 };
 
 /// A number of digits; 0 for other text.
@@ -64,8 +92,6 @@ SerialParts PartsOf(std::string_view serial) {
 
 void PutGeneral(Image& image, const TidalCalibration& cal, const ModelInfo& info, std::string_view config,
                 std::int64_t calibratedAt) {
-    constexpr int kAbsorption = 0xA0, kAttenuation = 0xC0;
-    constexpr double kDepthUnitM = 20;
     const SerialParts serial = PartsOf(info.serial);
     image.Byte(1, (info.model == Model::LTidal ? kAbsorption : kAttenuation) + serial.number / 256);
     image.Byte(2, serial.number);
@@ -78,7 +104,6 @@ void PutGeneral(Image& image, const TidalCalibration& cal, const ModelInfo& info
     image.Byte(26, configured);
     image.Decimal(27, cal.depthCal);
     image.Word(29, std::lround(cal.depthOff));
-    constexpr double kDepthScale = 20000;
     image.Word(31, std::lround(cal.depthCoeff0 * kDepthScale));
     image.Word(33, cal.depthThreshold);
     image.Word(35, std::lround(cal.depthCoeff1 * kDepthScale));
@@ -124,6 +149,72 @@ void PutAttenuation(Image& image, const TidalCalibration& cal) {
     for (std::size_t i = 0; i < cal.kTempCoeff.size(); ++i) image.Single(105 + 4 * i, cal.kTempCoeff[i]);
 }
 
+std::string Digits(int value, std::size_t width) {
+    const std::string text = std::to_string(value);
+    return std::string(width - std::min(width, text.size()), '0') + text;
+}
+
+/// The letters of the model, year and month, the number.
+std::string SerialIn(const ImageReader& image, Model model) {
+    const int months = image.Byte(4);
+    const int year = (months + 11) / 12 + 98;
+    const int month = (months + 11) % 12 + 1;
+    const int number = image.Byte(1) % 16 * 256 + image.Byte(2);
+    return std::string(InfoOf(model).serial.substr(0, 2)) + Digits(year % 100 * 100 + month, 4) +
+           Digits(number, 2);
+}
+
+void ReadGeneral(const ImageReader& image, Model model, TidalImageContent& content) {
+    TidalCalibration& cal = content.cal;
+    content.serial = SerialIn(image, model);
+    content.calibratedAt = kFrom1970To1980 + static_cast<std::int64_t>(image.Long(21));
+    content.config = std::to_string(image.Byte(25) * 256 + image.Byte(26));
+    cal.maxDepthM = image.Byte(3) * kDepthUnitM;
+    cal.depthCal = image.Decimal(27);
+    cal.depthOff = image.SignedWord(29);
+    cal.depthCoeff0 = image.SignedWord(31) / kDepthScale;
+    cal.depthThreshold = image.Word(33);
+    cal.depthCoeff1 = image.SignedWord(35) / kDepthScale;
+}
+
+void ReadScattering(const ImageReader& image, TidalImageContent& content) {
+    TidalCalibration& cal = content.cal;
+    cal.lambdaNm = image.Word(39) % 1024;
+    cal.bandNm = image.Word(39) / 1024;
+    for (std::size_t i = 0; i < cal.gains.size(); ++i) cal.gains[i] = image.Decimal(41 + 2 * i);
+    cal.dark[0] = image.Byte(51);
+    cal.dark[1] = image.Byte(52);
+    for (std::size_t i = 2; i < cal.dark.size(); ++i) cal.dark[i] = image.SignedWord(49 + 2 * i);
+    cal.Mu = image.Decimal(59);
+    content.sigma0 = image.Decimal(61);
+    cal.sigma.linear = image.Decimal(63);
+    cal.sigma.square = image.Decimal(65);
+    cal.beta2bb = image.Decimal(67);
+    cal.tempCoeff = image.SignedWord(69) / 1e6;
+    cal.calTemp = image.Decimal(71);
+}
+
+void ReadAttenuation(const ImageReader& image, TidalCalibration& cal) {
+    constexpr double kLargestAbsorption = 100;
+    cal.kLambdaNm = image.Word(73) % 1024;
+    cal.kBandNm = image.Word(73) / 1024;
+    cal.dark24 = image.Count(78, 75, 76);
+    cal.pure24 = image.Count(79, 80, 77);
+    cal.kCalTemp = image.Decimal(81);
+    cal.pathM = image.Decimal(83);
+    cal.sigma.exponent = image.Single(85) * 1e6;
+    for (std::size_t i = 0; i < cal.chi.size(); ++i) cal.chi[i] = image.Single(85 + 4 * i);
+    // A small value is the absorption of pure water, which this place held before.
+    if (image.Decimal(101) > kLargestAbsorption) cal.MuRho = image.Decimal(101) / 1000;
+    cal.betaPure = image.Decimal(103);
+    for (std::size_t i = 0; i < cal.kTempCoeff.size(); ++i) cal.kTempCoeff[i] = image.Single(105 + 4 * i);
+}
+
+/// The mark of the model; an x-Tidal has none of its own and takes any.
+bool IsOfModel(int mark, Model model) {
+    return model == Model::XTidal || mark == (model == Model::LTidal ? kAbsorption : kAttenuation);
+}
+
 }  // namespace
 
 std::uint16_t PackedDecimal(double value) {
@@ -143,6 +234,16 @@ std::string TidalCalImage(const TidalCalibration& cal, const ModelInfo& info, st
     PutScattering(image, cal);
     PutAttenuation(image, cal);
     return image.Take();
+}
+
+bool ReadTidalImage(std::string_view image, Model model, TidalImageContent& content) {
+    if (image.size() != kImageSize) return false;
+    const ImageReader reader(image);
+    if (!IsOfModel(reader.Byte(1) & 0xF0, model)) return false;
+    ReadGeneral(reader, model, content);
+    ReadScattering(reader, content);
+    ReadAttenuation(reader, content.cal);
+    return true;
 }
 
 }  // namespace marisonde::simulator

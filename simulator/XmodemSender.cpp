@@ -5,12 +5,8 @@ namespace marisonde::simulator {
 namespace {
 
 using namespace std::chrono_literals;
+using namespace xmodem;
 
-constexpr char kSoh = 1;
-constexpr char kEot = 4;
-constexpr char kAck = 6;
-constexpr char kNak = 21;
-constexpr char kCan = 24;
 constexpr int kMostTries = 10;
 constexpr Nanos kPatienceForReceiver = 60s;
 constexpr Nanos kPatienceForAnswer = 10s;
@@ -19,23 +15,8 @@ constexpr Nanos kStaleRequest = 2s;
 
 }  // namespace
 
-std::uint16_t CrcOf(std::string_view bytes) {
-    unsigned crc = 0;
-    for (const char byte : bytes) {
-        crc ^= static_cast<unsigned>(static_cast<unsigned char>(byte)) << 8U;
-        for (int bit = 0; bit < 8; ++bit) crc = (crc & 0x8000U) != 0 ? (crc << 1U) ^ 0x1021U : crc << 1U;
-        crc &= 0xFFFFU;
-    }
-    return static_cast<std::uint16_t>(crc);
-}
-
-XmodemSender::XmodemSender(std::string_view block, Nanos now) : due_(now + kPatienceForReceiver) {
-    const unsigned crc = CrcOf(block);
-    frame_ = {kSoh, 1, static_cast<char>(0xFE)};
-    frame_ += block;
-    frame_ += static_cast<char>(crc >> 8U);
-    frame_ += static_cast<char>(crc & 0xFFU);
-}
+XmodemSender::XmodemSender(std::string_view block, Nanos now)
+    : frame_(FrameOf(block)), due_(now + kPatienceForReceiver) {}
 
 std::string XmodemSender::Hear(char byte, Nanos now) {
     if (byte == kCan) stage_ = Stage::Over;

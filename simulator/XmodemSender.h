@@ -1,30 +1,24 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
-#include "simulator/OutputLine.h"
+#include "simulator/BlockTransfer.h"
 
 namespace marisonde::simulator {
-
-/// CRC-16 with the polynomial 0x1021 and the initial value 0, as XMODEM-CRC has it.
-std::uint16_t CrcOf(std::string_view bytes);
 
 /// The sending side of XMODEM-CRC for one block of 128 bytes: waits for the receiver's "C", sends the block
 /// until it is acknowledged and ends with EOT. Gives up after 60 s without "C", after 10 refusals, and when
 /// the receiver cancels.
-class XmodemSender {
+class XmodemSender final : public BlockTransfer {
   public:
     /// `block` has 128 bytes.
     XmodemSender(std::string_view block, Nanos now);
 
-    /// What is to be sent in answer to one byte of the receiver.
-    std::string Hear(char byte, Nanos now);
-    /// What is to be sent because Due() has come.
-    std::string OnDue(Nanos now);
-    [[nodiscard]] Nanos Due() const { return due_; }
-    [[nodiscard]] bool Over() const { return stage_ == Stage::Over; }
+    std::string Hear(char byte, Nanos now) override;
+    std::string OnDue(Nanos now) override;
+    [[nodiscard]] Nanos Due() const override { return due_; }
+    [[nodiscard]] bool Over() const override { return stage_ == Stage::Over; }
 
   private:
     enum class Stage { AwaitingReceiver, BlockSent, EndSent, Over };

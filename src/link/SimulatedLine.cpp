@@ -42,6 +42,11 @@ void SimulatedLine::Write(std::string_view bytes) {
     if (open_ && baud_ == instrument_->BaudRate()) instrument_->Receive(bytes, SincePowerOn());
 }
 
+void SimulatedLine::SetBreak(bool on) {
+    CatchUp();
+    if (open_) instrument_->Break(on, SincePowerOn());
+}
+
 std::size_t SimulatedLine::BytesToRead() const {
     CatchUp();
     return arrived_.size();

@@ -28,8 +28,7 @@ class SimulatedLine final : public SerialLine {
     [[nodiscard]] std::size_t BytesToWrite() const override { return 0; }
     [[nodiscard]] std::size_t BytesToRead() const override;
     void DropInput() override;
-    /// The simulated instruments do not listen to breaks.
-    void SetBreak(bool) override {}
+    void SetBreak(bool on) override;
     [[nodiscard]] LineError LastError() const override { return error_; }
 
     [[nodiscard]] simulator::Instrument& Instrument() { return *instrument_; }

@@ -179,5 +179,23 @@ TEST(Repetition, TimeThatRunsBackwardCountsAsTheLatest) {
     EXPECT_EQ(instrument->SampleCount(), samples);
 }
 
+TEST(Reset, ABreakOfAMinuteRestartsTheInstrument) {
+    const auto instrument = MakeInstrument(Model::Corvane4, {.extraEvery = 0});
+    instrument->Break(true, 1s);
+    instrument->Break(false, 60s);  // one second short
+    EXPECT_TRUE(instrument->Sampling());
+    instrument->Break(true, 100s);
+    instrument->Break(true, 150s);  // it goes on
+    instrument->Break(false, 160s);
+    EXPECT_FALSE(instrument->Sampling());
+    instrument->TakeOutput(161s);  // the last sample was on its way
+    // It scans its memory and hears nothing.
+    instrument->Receive("VER\r", 165s);
+    EXPECT_EQ(instrument->TakeOutput(169900ms), "");
+    EXPECT_EQ(instrument->TakeOutput(171s), "CV4 ready\r\n");
+    instrument->Receive("VER\r", 171s);
+    EXPECT_EQ(instrument->TakeOutput(172s), "VER\r\nFirmware version 1.85\r\n");
+}
+
 }  // namespace
 }  // namespace marisonde::simulator

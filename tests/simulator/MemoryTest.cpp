@@ -77,5 +77,90 @@ TEST(Memory, ErasesAllWhenItIsSure) {
               Lines({"' Cast  Start              Duration  Lines", "'2048 KB of 2048 KB free"}));
 }
 
+/// The sample lines in what an instrument said.
+std::vector<std::string> SampleLines(const std::string& text) {
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; at < text.size();) {
+        const auto end = std::min(text.find("\r\n", at), text.size());
+        if (text[at] == '*' || (text[at] >= '0' && text[at] <= '9'))
+            lines.push_back(text.substr(at, end - at));
+        at = end + 2;
+    }
+    return lines;
+}
+
+TEST(Logging, WhatIsSampledIsACastAfterwards) {
+    for (int model = 0; model < kModelCount; ++model) {
+        Conversation talk(static_cast<Model>(model), {.baud = 115200, .startCountdown = 0, .shutter = false});
+        std::string said = talk.Ask("START,0", 5s);
+        said += talk.AskWithEcho("STOP\r", 500ms);
+        const std::vector<std::string> sent = SampleLines(said);
+        ASSERT_GT(sent.size(), 8U) << model;
+        EXPECT_EQ(SampleLines(talk.Ask("DOWNLOAD,4", 20s)), sent) << model;
+    }
+}
+
+TEST(Logging, ACastIsListedWithItsTimeAndLines) {
+    Conversation talk(Model::Corvane4, {.startCountdown = 0});
+    talk.AskWithEcho("LOG,1\r", 10s);
+    talk.AskWithEcho("START,0\r", 90500ms);
+    talk.AskWithEcho("STOP\r");
+    // Begun 10 s after 09:15:22, at 1 to 90 s, for at first the line is busy with the echo; 1020 + 90 lines
+    // of 32 bytes: 2097152 - 35520 bytes are 2013 KB.
+    const std::string listing = talk.Ask("DIR");
+    EXPECT_NE(listing.find("'    4  07/04/11 09:15:32   0:01:30     90\r\n"), std::string::npos) << listing;
+    EXPECT_NE(listing.find("'2013 KB of 2048 KB free"), std::string::npos) << listing;
+    EXPECT_EQ(talk.Value("ID", "Logged casts"), "4");
+}
+
+TEST(Logging, IsLeftOutWhenItIsNotWanted) {
+    Conversation talk(Model::Corvane4, {.startCountdown = 0});
+    talk.AskWithEcho("START,0,0\r", 5s);
+    talk.AskWithEcho("STOP\r");
+    talk.AskWithEcho("START,0\r", 5s);
+    talk.instrument->Restart(talk.now);
+    EXPECT_EQ(talk.Value("ID", "Logged casts"), "4");
+    // A start that was taken back has recorded nothing.
+    Conversation early(Model::Corvane4);
+    early.AskWithEcho("START,0\r", 2s);
+    early.AskWithEcho("STOP\r");
+    EXPECT_EQ(early.Value("ID", "Logged casts"), "3");
+}
+
+TEST(Logging, NumbersBeginAgainOnlyWhenAllIsErased) {
+    Conversation talk(Model::Delph2, {.startCountdown = 0});
+    const auto record = [&] {
+        talk.AskWithEcho("START\r", 3s);
+        talk.AskWithEcho("STOP\r");
+        return talk.Ask("DIR");
+    };
+    record();
+    talk.Ask("DELCAST, 4");
+    talk.Ask("YES");
+    EXPECT_NE(record().find("'    5  "), std::string::npos);
+    talk.Ask("CLEARLOG");
+    talk.Ask("Y");
+    EXPECT_NE(record().find("'    1  "), std::string::npos);
+}
+
+TEST(Logging, AFullMemoryEndsItAndSleepsIfSet) {
+    for (const bool sleeps : {false, true}) {
+        Conversation talk(Model::Corvane4, {.samplesPerSecond = 10, .baud = 57600, .startCountdown = 0});
+        talk.Ask(sleeps ? "LOG,0.1,0,1" : "LOG,0.1,0,0");
+        talk.instrument->Receive("START,0\r", talk.now);
+        // 2 MB hold 65536 lines of 32 bytes, 1020 are used: 64516 samples take 6452 s.
+        talk.now += 6440s;
+        const std::string before = talk.instrument->TakeOutput(talk.now);
+        EXPECT_EQ(before.find("Memory full"), std::string::npos);
+        const std::string last = talk.Listen(20s);
+        EXPECT_TRUE(last.ends_with(sleeps ? "!Memory full\r\nSleeping\r\n" : "!Memory full\r\n")) << sleeps;
+        EXPECT_EQ(talk.instrument->Asleep(), sleeps);
+        EXPECT_FALSE(talk.instrument->Sampling());
+        if (!sleeps) {
+            EXPECT_NE(talk.Ask("DIR").find("  64516\r\n'0 KB"), std::string::npos);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace marisonde::simulator
