@@ -21,8 +21,6 @@ namespace {
 constexpr const char* kCalibrationRemedy =
     "Load an appropriate calibration file, or select the 'Load Calibration from Instrument' option.";
 
-constexpr std::array kKindsWithSupply{LineKind::CorvaneVerbose, LineKind::TidalExtraHex, LineKind::TidalFull,
-                                      LineKind::DelphFull};
 
 }  // namespace
 
@@ -31,6 +29,7 @@ DataWindow::DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<Serial
     : Link(app.FirstFreeWindow(), app.clock, std::move(line)),
       Files(Link.Index(), std::move(makeFile)),
       Plot(Chart),
+      Terminal(Link),
       app_(app),
       dialogs_(dialogs) {
     app_.windows.at(static_cast<std::size_t>(Index())) = this;
@@ -59,7 +58,8 @@ void DataWindow::Tick() {
     if (Link.Line().IsOpen()) {
         ProcessInput(Link, app_.scratch);
         HandleResponse(Link);
-        ReadTerminalQueue();
+        Terminal.UpdateTerm(converter_ ? &*converter_ : nullptr,
+                            {Plot.SigmaOption == SigmaChoice::SigmaCorrect, Plot.DepthInMeters()});
         Link.SendPending();
     }
     UpdateStatusDisplay(Link, false);
@@ -81,20 +81,6 @@ void DataWindow::FollowCalibration() {
         CalibrationChanged();
     else
         ShowCalibration();
-}
-
-/// The supply comes with lines of few kinds, some of which carry no sample.
-void DataWindow::ReadTerminalQueue() {
-    while (Link.TermQueue.GetNext(line_)) {
-        const LineKind kind = ClassifyLine(line_);
-        if (kind == LineKind::CorvaneHousekeeping)
-            DecodeVoltageOnly(line_, supply_);
-        else if (std::find(kKindsWithSupply.begin(), kKindsWithSupply.end(), kind) != kKindsWithSupply.end())
-            ParseRawLine(line_, kind, Link.State.InstType, supply_);
-        else
-            continue;
-        Link.State.SupplyVoltage = supply_.Voltage;
-    }
 }
 
 /// A download goes to the files alone: nothing is plotted.

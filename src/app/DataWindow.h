@@ -16,6 +16,7 @@
 #include "graphs/Chart2D.h"
 #include "graphs/LivePlot.h"
 #include "link/InstrumentLink.h"
+#include "operations/Termulator.h"
 
 namespace marisonde {
 
@@ -34,6 +35,7 @@ class DataWindow {
     DataFiles Files;
     Chart2D Chart;
     LivePlot Plot;
+    Termulator Terminal;
 
     std::function<void()> OnInstrumentChanged;  ///< another model, calibration or connection
     std::function<void()> OnLineLost;           ///< the device of an open connection has vanished
@@ -76,7 +78,6 @@ class DataWindow {
 
   private:
     void FollowCalibration();
-    void ReadTerminalQueue();
     void TransferTick();
     void LiveTick();
     bool TakeNextSample();
@@ -90,7 +91,6 @@ class DataWindow {
     Dialogs& dialogs_;
     std::optional<Converter> converter_;  ///< of CalData while CalReady; none before
     std::string line_;                    ///< the queued line at hand
-    RawSample supply_;                    ///< the newest line that told the supply voltage
     bool lineLost_ = false;               ///< the vanished device has been reported
     int untitledNumber_ = 0;
 };

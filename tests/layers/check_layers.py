@@ -17,12 +17,13 @@ CORE_ORDER = {
 HOST_ORDER = {
     "platform": ["common", "files"],
     "link": ["common", "decode", "optics", "calibration", "platform", "simulator"],
-    "app": list(CORE_ORDER) + ["platform", "link", "simulator"],
+    "operations": ["common", "decode", "calibration", "link"],
+    "app": list(CORE_ORDER) + ["platform", "link", "operations", "simulator"],
 }
 FORMS = {
     "graphs/forms": ["common", "graphs"],
     "app/program": ["common", "app", "app/forms"],
-    "app/forms": list(CORE_ORDER) + ["platform", "link", "simulator", "app", "graphs/forms"],
+    "app/forms": list(CORE_ORDER) + ["platform", "link", "operations", "simulator", "app", "graphs/forms"],
 }
 ALLOWED = {**CORE_ORDER, **HOST_ORDER, **FORMS}
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]')

@@ -1,0 +1,210 @@
+#include "operations/Termulator.h"
+
+#include <algorithm>
+#include <array>
+
+#include "common/ConversionUtils.h"
+#include "decode/Decoders.h"
+
+namespace marisonde {
+
+namespace {
+
+constexpr std::array kKindsWithSupply{LineKind::CorvaneVerbose, LineKind::TidalExtraHex, LineKind::TidalFull,
+                                      LineKind::DelphFull};
+
+/// Noise without line ends is told by its beginning.
+constexpr std::size_t kMaxPartialShown = 4096;
+
+bool CarriesSupply(LineKind kind) {
+    return std::find(kKindsWithSupply.begin(), kKindsWithSupply.end(), kind) != kKindsWithSupply.end();
+}
+
+std::string_view WithoutLineEnds(std::string_view text) {
+    const std::size_t begin = text.find_first_not_of("\r\n");
+    if (begin == std::string_view::npos) return "";
+    return text.substr(begin, text.find_last_not_of("\r\n") - begin + 1);
+}
+
+bool IsOneDataLine(std::string_view text) {
+    const std::string_view line = WithoutLineEnds(text);
+    return line.find('\r') == std::string_view::npos && ClassifyLine(line) != LineKind::Other;
+}
+
+/// The beginning of a data line comes and goes with every tick: it is not shown before it has turned out to
+/// be text.
+bool MayBecomeData(std::string_view text, InstStateCode state) {
+    if (text.starts_with('*')) return true;
+    const bool flows = state == InstStateCode::Sampling || state == InstStateCode::Downloading;
+    return HasNumberChars(text) && (flows || text.find(',') != std::string_view::npos);
+}
+
+}  // namespace
+
+bool Termulator::OffersNumerical() const {
+    return !IsDelphFamily(link_.State.InstType);
+}
+
+bool Termulator::KeyPress(char key) {
+    if (!link_.Line().IsOpen()) return false;
+    if (key == '\r')
+        EnterLine();
+    else
+        Send(typed_.Type(key));
+    return true;
+}
+
+bool Termulator::Paste(std::string_view text) {
+    if (!link_.Line().IsOpen()) return false;
+    typed_.Paste(text);
+    return true;
+}
+
+/// One key goes out at once. More than that is a recalled line, for which instruments have too little
+/// buffering: it is paced, and what is typed behind it must not overtake it.
+void Termulator::Send(const std::string& text) {
+    catchesUp_ = (catchesUp_ && !link_.PendingOutput.empty()) || text.size() > 1;
+    if (catchesUp_)
+        link_.QueueOutput(text);
+    else
+        link_.Line().Write(text);
+}
+
+/// From here on the reply is treated as if the program had sent the command.
+void Termulator::EnterLine() {
+    DataWindowState& state = link_.State;
+    state.TerminalText.clear();
+    state.ResponseLineCount = 0;
+    state.CalLines.clear();
+    state.GotDirEnd = false;
+    state.CurrentCommand = UpperCase(typed_.Text());
+    state.SentText = typed_.Text();
+    const std::string rest = typed_.Enter();
+    if (catchesUp_ && !link_.PendingOutput.empty())
+        link_.QueueOutput(rest + "\r");
+    else
+        link_.PendingOutput = rest + "\r";
+    catchesUp_ = false;
+}
+
+void Termulator::ResponseAdd(std::string_view text) {
+    const std::size_t end = text.rfind('\r');
+    if (end != std::string_view::npos) lastLineStart_ = response_.Text().size() + end + 1;
+    response_.Append(text);
+    while (response_.Text().size() > kMaxResponse) {
+        const std::size_t fifth = response_.Text().size() / 5;
+        response_.CutFront(fifth);
+        lastLineStart_ -= std::min(lastLineStart_, fifth);
+    }
+}
+
+void Termulator::ResponseClearLastLine() {
+    if (lastLineStart_ == 0) return;
+    response_.CutBack(lastLineStart_);
+    partial_.clear();
+}
+
+void Termulator::ResponseClear() {
+    response_.CutBack(0);
+    lastLineStart_ = 0;
+    partial_.clear();
+}
+
+void Termulator::ResponseRemoveDataLines() {
+    const std::string_view text = response_.Text();
+    if (IsOneDataLine(text)) return ResponseClear();
+    const std::size_t last = text.rfind('\r');
+    if (last == 0 || last == std::string_view::npos) return;
+    const std::size_t before = text.rfind('\r', last - 1);
+    if (before == std::string_view::npos || !IsOneDataLine(text.substr(before, last - before))) return;
+    lastLineStart_ = before + 1;
+    response_.CutBack(last);
+    partial_.clear();
+}
+
+void Termulator::AddLineToDataBox(std::string_view text) {
+    const std::string& old = data_.Text();
+    if (old.size() + text.size() >= kMaxData) data_.CutFront(text.size());
+    if (text.size() > kMaxData) text.remove_prefix(text.size() - kMaxData);
+    data_.Append(text);
+}
+
+void Termulator::UpdateTerm(const Converter* converter, const TerminalView& view) {
+    while (link_.TermQueue.GetNext(line_)) {
+        const LineKind kind = ClassifyLine(line_);
+        if (kind == LineKind::Other)
+            AddReply(line_);
+        else
+            AddData(kind, converter, view);
+    }
+    ShowPartialLine();
+    std::string& collected = link_.State.TerminalText;
+    if (collected.ends_with('\r') || collected.ends_with('\n')) collected.clear();
+}
+
+/// The line feed stands in front of a line, as instruments send it behind the carriage return of the one
+/// before: the last line can then be cut off and written anew.
+void Termulator::AddReply(std::string_view line) {
+    DropPartialLine();
+    std::string text = response_.Text().ends_with('\r') ? "\n" : "";
+    ResponseAdd(text.append(line) + "\r");
+}
+
+void Termulator::AddData(LineKind kind, const Converter* converter, const TerminalView& view) {
+    DropPartialLine();
+    ResponseRemoveDataLines();
+    ReadDataLine(kind, converter, view);
+    line_ += "\r\n";
+    AddLineToDataBox(line_);
+}
+
+/// Puts the values of the line in its place when they are wanted. A line that gives none, for want of a
+/// calibration or by its kind, stays as it came. The supply comes with lines of few kinds.
+void Termulator::ReadDataLine(LineKind kind, const Converter* converter, const TerminalView& view) {
+    DataWindowState& state = link_.State;
+    if (kind == LineKind::CorvaneHousekeeping) {
+        DecodeVoltageOnly(line_, raw_);
+        state.SupplyVoltage = raw_.Voltage;
+        return;
+    }
+    const bool wanted = Numerical && converter != nullptr;
+    if (!wanted && !CarriesSupply(kind)) return;
+    const bool decoded = ParseRawLine(line_, kind, state.InstType, raw_);
+    if (CarriesSupply(kind)) state.SupplyVoltage = raw_.Voltage;
+    if (!wanted || !decoded || !converter->Apply(raw_, sample_)) return;
+    if (sample_.Time == 0) sample_.Time = link_.Time().Now();
+    const std::string values = TerminalLine(kind, state.InstType, raw_, sample_, view);
+    if (!values.empty()) line_ = values;
+}
+
+std::string_view Termulator::PartialLine() const {
+    if (link_.State.DumpActive) return "";
+    const std::string_view text = WithoutLineEnds(link_.State.InputText.Text().substr(0, kMaxPartialShown));
+    return MayBecomeData(text, link_.State.InstState) ? "" : text;
+}
+
+void Termulator::ShowPartialLine() {
+    const std::string_view text = PartialLine();
+    if (!text.starts_with(partial_)) DropPartialLine();
+    if (text.size() == partial_.size()) return;
+    std::string added = partial_.empty() && response_.Text().ends_with('\r') ? "\n" : "";
+    ResponseAdd(added.append(text.substr(partial_.size())));
+    partial_ = text;
+}
+
+void Termulator::DropPartialLine() {
+    if (partial_.empty()) return;
+    if (lastLineStart_ > 0)
+        ResponseClearLastLine();
+    else
+        ResponseClear();
+}
+
+std::string Termulator::TextToSave() const {
+    std::string text = response_.Text();
+    if (!text.empty()) text += text.ends_with('\r') ? "\n" : "\r\n";
+    if (!data_.Text().empty() && !text.empty()) text += "\r\n";
+    return text + data_.Text();
+}
+
+}  // namespace marisonde
