@@ -21,7 +21,6 @@ namespace {
 constexpr const char* kCalibrationRemedy =
     "Load an appropriate calibration file, or select the 'Load Calibration from Instrument' option.";
 
-
 }  // namespace
 
 DataWindow::DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<SerialLine> line,
