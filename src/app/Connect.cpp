@@ -158,6 +158,7 @@ void Connector::OpenWithoutIdentifying() {
     if (error.empty()) {
         State().ConnectStage = 0;
         connectedOnce_ = true;
+        window_.TellWhatIsNotRecorded();
     } else {
         window_.Ask().ShowError(Behind(error, PortRemedy(window_.Link.Line().LastError(), Device(port))));
     }
@@ -207,6 +208,7 @@ QCoro::Task<> Connector::DoConnect(Operation& operation, bool search) {
             Update_Status();
             if (window_.OnInstrumentChanged) window_.OnInstrumentChanged();
             Form_Unload();
+            window_.TellWhatIsNotRecorded();
             co_return;
         }
         again = co_await AskTryAgain(operation);

@@ -1,6 +1,7 @@
 #include "app/ConnectAgain.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 #include "app/DataWindow.h"
@@ -14,24 +15,37 @@ namespace {
 
 /// What the window knew of its instrument before the device vanished.
 struct Lost {
-    explicit Lost(const DataWindowState& state)
-        : port(state.PortNumber),
+    Lost(const DataWindowState& state, Ports& ports)
+        : adapter(ports.Known(state.PortNumber).value_or(PortEntry{})),
+          port(state.PortNumber),
           baud(state.BaudRate),
           type(state.InstType),
+          model(state.InstModelName),
           serial(state.InstSerial),
           sampled(state.InstState == InstStateCode::Sampling || state.InstState == InstStateCode::NoData ||
                   state.InstState == InstStateCode::Starting) {}
-    int port;
+    PortEntry adapter;  ///< empty: not known
+    int port;           ///< where the device is, or was
     int baud;
     InstTypeCode type;
+    std::string model;
     std::string serial;
     bool sampled;
 };
 
-bool IsThere(Ports& ports, int port) {
+/// The number under which the device is there now, or nothing. An adapter may come back under another name;
+/// its own serial text tells it, as long as no other has the same.
+std::optional<int> WhereIsIt(Ports& ports, const Lost& lost) {
     const auto present = ports.Present();
-    return std::any_of(present.begin(), present.end(),
-                       [port](const PortEntry& entry) { return entry.number == port; });
+    for (const PortEntry& entry : present)
+        if (entry.number == lost.port) return lost.port;
+    if (lost.adapter.serial.empty()) return std::nullopt;
+    const auto same = [&](const PortEntry& entry) {
+        return entry.serial == lost.adapter.serial && entry.description == lost.adapter.description;
+    };
+    const auto found = std::find_if(present.begin(), present.end(), same);
+    if (std::count_if(present.begin(), present.end(), same) != 1) return std::nullopt;
+    return found->number;
 }
 
 /// False: the user wants something else of this window now.
@@ -41,12 +55,16 @@ QCoro::Task<bool> Pause(Operation& operation, DataWindow& window, Millis time) {
     co_return !ended();
 }
 
-QCoro::Task<bool> WaitForDevice(Operation& operation, DataWindow& window, int port) {
-    while (!IsThere(*window.App().ports, port)) {
+QCoro::Task<bool> WaitForDevice(Operation& operation, DataWindow& window, Lost& lost) {
+    for (;;) {
+        const std::optional<int> port = WhereIsIt(*window.App().ports, lost);
+        if (port) {
+            lost.port = *port;
+            co_return true;
+        }
         const bool goOn = co_await Pause(operation, window, kLookForDevice);
         if (!goOn) co_return false;
     }
-    co_return true;
 }
 
 void Restart(DataWindow& window, const Lost& lost) {
@@ -60,18 +78,26 @@ bool OpenUnidentified(DataWindow& window, const Lost& lost) {
     LineError error;
     if (!OpenPort(window.Link, lost.port, lost.baud, error)) return false;
     window.Link.State.Connected = true;
+    window.Link.State.PortNumber = static_cast<std::int16_t>(lost.port);
+    window.Link.State.BaudRate = lost.baud;
     window.Link.State.LastInputTime = window.App().clock.Steady();
     return true;
 }
 
 void TellOther(DataWindow& window, const Lost& lost) {
-    const std::string now = window.Link.State.InstSerial;
+    DataWindowState& state = window.Link.State;
+    const std::string now = state.InstModelName + " " + state.InstSerial;
     ClosePort(window.Link);
-    window.Link.State.InstType = lost.type;
-    window.Link.State.InstSerial = lost.serial;
-    window.Ask().ShowError("Another instrument (" + now + ") answers on port " + std::to_string(lost.port) +
-                           " in place of " + lost.serial +
-                           ".  The connection is closed.  Use Connect to work with it.");
+    state.InstType = lost.type;
+    state.InstModelName = lost.model;
+    state.InstSerial = lost.serial;
+    std::string text = "Another instrument (" + now + ") answers on port " + std::to_string(lost.port) +
+                       " in place of " + lost.model + " " + lost.serial +
+                       ".  The connection is closed.  Use Connect to work with it.";
+    if (window.Files.AnyOpen())
+        text += "  The data of " + lost.serial + " are kept, and nothing was added to them.";
+    window.Ask().ShowError(text);
+    if (window.OnInstrumentChanged) window.OnInstrumentChanged();
 }
 
 enum class Attempt { Failed, Back, Other };
@@ -89,12 +115,12 @@ QCoro::Task<Attempt> TryAgain(Operation& operation, DataWindow& window, const Lo
 }  // namespace
 
 QCoro::Task<> ConnectAgain(Operation& operation, DataWindow& window) {
-    const Lost lost(window.Link.State);
+    Lost lost(window.Link.State, *window.App().ports);
     DataWindowState& state = window.Link.State;
     ClosePort(window.Link);
     state.ConnectStage = 0;
     for (;;) {
-        const bool there = co_await WaitForDevice(operation, window, lost.port);
+        const bool there = co_await WaitForDevice(operation, window, lost);
         if (!there) co_return;
         const Attempt attempt = co_await TryAgain(operation, window, lost);
         if (ConnectStopped(operation, window.Link)) break;

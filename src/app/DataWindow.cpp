@@ -34,9 +34,7 @@ DataWindow::DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<Serial
     app_.windows.at(static_cast<std::size_t>(Index())) = this;
     Plot.MaxGraphPoints = app_.prefs.MaxGraphPoints;
     Plot.SigmaOption = app_.prefs.Sigma ? SigmaChoice::SigmaCorrect : SigmaChoice::NoSigma;
-    Link.OnChunk = [this](std::string_view chunk) {
-        if (const auto trouble = Files.WriteRaw(chunk, app_.clock.Steady())) Report(*trouble);
-    };
+    Link.OnChunk = [this](std::string_view chunk) { Record(chunk); };
     Link.OnError = [this](std::string text) { dialogs_.ShowError(std::move(text)); };
     Link.MayStart = [this] { return LogWhatIsStarted(); };
     Link.OnStatus = [this] { UpdateStatusDisplay(Link, true); };
@@ -67,6 +65,7 @@ void DataWindow::Tick() {
         TransferTick();
     else
         LiveTick();
+    if (recorded_.Holds()) Record({});
     for (const DataFileTrouble& trouble : Files.FlushIfDue(app_.clock.Steady())) Report(trouble);
 }
 
@@ -116,7 +115,14 @@ bool DataWindow::TakeNextSample() {
     return true;
 }
 
+void DataWindow::Record(std::string_view chunk) {
+    const std::string_view own = recorded_.Pass(chunk, Link.State);
+    if (own.empty()) return;
+    if (const auto trouble = Files.WriteRaw(own, app_.clock.Steady())) Report(*trouble);
+}
+
 void DataWindow::StoreSample() {
+    if (!RecordsWhatComes()) return;
     const auto trouble = Files.WriteSample(Link.State.CurrentSample, Link.CalData.InstType,
                                            app_.pureWater.WriteBetaColumns, app_.clock.Steady());
     if (trouble) Report(*trouble);
@@ -138,11 +144,19 @@ std::string DataWindow::LineLostText() const {
            ".  The data received so far are kept.  Check the cable.";
 }
 
+bool DataWindow::RecordsWhatComes() const {
+    return recorded_.SenderIn(Link.State) == RecordedInstrument::Sender::Same;
+}
+
+void DataWindow::TellWhatIsNotRecorded() {
+    if (Files.HasUnsavedData() && !RecordsWhatComes()) dialogs_.ShowError(NotRecordedText());
+}
+
 /// What an instrument is started for is recorded, unless its user has asked for nothing of the kind. New
-/// files would take the place of those that a full disk has ended: what these hold is worth more than what
-/// comes.
+/// files would take the place of those that a full disk has ended, or of another instrument's: what these
+/// hold is worth more than what comes.
 bool DataWindow::LogWhatIsStarted() {
-    if (Link.State.CurrentCommand == "STARTNOLOG" || Files.AnyOpen()) return true;
+    if (Link.State.CurrentCommand == "STARTNOLOG" || (Files.AnyOpen() && RecordsWhatComes())) return true;
     if (Files.HasUnsavedData())
         dialogs_.ShowError(NotRecordedText());
     else
@@ -226,6 +240,7 @@ void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::s
     if (!kind.empty()) WriteRawHeader(request.rawHeader, stamp, kind, Link.State.InstType, &Link.CalData);
     if (wantDat) WriteDatHeader(request.datHeader, stamp, "", Link.CalData, app_.sigma, app_.pureWater);
     if (basePath.empty()) untitledNumber_ = ++app_.untitledFiles;
+    recorded_.Opened(Link.State);
     for (const std::string& error : Files.OpenDataFiles(request)) dialogs_.ShowError(error);
 }
 

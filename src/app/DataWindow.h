@@ -9,6 +9,7 @@
 
 #include "app/AppContext.h"
 #include "app/Dialogs.h"
+#include "app/RecordedInstrument.h"
 #include "app/StatusDisplay.h"
 #include "app/WindowMenu.h"
 #include "calibration/Converter.h"
@@ -65,6 +66,11 @@ class DataWindow {
     [[nodiscard]] std::string LineLostText() const;
     /// Starts the temporary raw log, and the calibrated file beside it when a calibration is there.
     void OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath = "");
+    /// The open files are of the instrument that is connected. Another one's data are shown, never recorded
+    /// into them.
+    [[nodiscard]] bool RecordsWhatComes() const;
+    /// Says so after another instrument was connected, while there are unsaved data.
+    void TellWhatIsNotRecorded();
 
     /// The word for the state that is shown, such as "Sampling" or "Starting: 5 s".
     [[nodiscard]] std::string StatusText() const;
@@ -81,6 +87,7 @@ class DataWindow {
     void TransferTick();
     void LiveTick();
     bool TakeNextSample();
+    void Record(std::string_view chunk);
     void StoreSample();
     void WatchLine();
     bool LogWhatIsStarted();
@@ -90,8 +97,9 @@ class DataWindow {
     AppContext& app_;
     Dialogs& dialogs_;
     std::optional<Converter> converter_;  ///< of CalData while CalReady; none before
-    std::string line_;                    ///< the queued line at hand
-    bool lineLost_ = false;               ///< the vanished device has been reported
+    RecordedInstrument recorded_;
+    std::string line_;       ///< the queued line at hand
+    bool lineLost_ = false;  ///< the vanished device has been reported
     int untitledNumber_ = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "ConnectFixture.h"
 #include "app/ConnectAgain.h"
+#include "link/Commands.h"
 
 namespace marisonde {
 namespace {
@@ -28,6 +29,14 @@ class PulledCable : public ConnectFixture {
     void PlugIn() {
         talker->gone = false;
         talker->waiting.clear();
+    }
+    /// What the raw file holds, as far as it is written.
+    std::string RawFile() const { return TestFolder::Read(window->Files.State().rawTemporary); }
+    /// Lets the talker say a line as soon as its port is open again.
+    void SayOnceOpen(const std::string& line) {
+        for (int tick = 0; tick < 100 && !talker->open; ++tick) Tick();
+        Tick();
+        talker->Say(Lines{line});
     }
     Talker* talker = nullptr;
 };
@@ -88,9 +97,113 @@ TEST_F(PulledCable, AnotherInstrumentIsNotTakenForIt) {
     ASSERT_EQ(dialogs.errors.size(), 2u);
     EXPECT_EQ(
         dialogs.errors[1],
-        "Another instrument (D4080199) answers on port 3 in place of D4080102.  The connection is closed.  "
-        "Use Connect to work with it.");
+        "Another instrument (Delph-4 D4080199) answers on port 3 in place of Delph-4 D4080102.  The "
+        "connection is closed.  Use Connect to work with it.  The data of D4080102 are kept, and nothing was "
+        "added to them.");
     EXPECT_TRUE(window->Files.AnyOpen());
+    EXPECT_EQ(State().InstModelName, "Delph-4");
+    EXPECT_EQ(State().InstSerial, "D4080102");
+}
+
+TEST_F(PulledCable, NothingOfAnotherModelGetsIntoTheFiles) {
+    Connected();
+    talker->Say(Lines{"100.00,1,2,3,4,5,6,7,8"});
+    TickFor(1s);
+    Pull();
+    const std::string before = RawFile();
+    EXPECT_NE(before.find("100.00,1,2,3,4,5,6,7,8\r\n"), std::string::npos);
+    TeachModel(*talker, Model::Fathom2);
+    PlugIn();
+    SayOnceOpen("200.00,1,2,3,4,5,6,7,8");
+    ASSERT_TRUE(Finish());
+    TickFor(1s);
+    EXPECT_EQ(RawFile(), before);
+    ASSERT_EQ(dialogs.errors.size(), 2u);
+    EXPECT_EQ(dialogs.errors[1].substr(0, 45), "Another instrument (Fathom-2 FA070803) answer");
+
+    // The user connects it after all: what it sends is shown, and recorded only once the data are safe.
+    connector->Form_Load();
+    connector->SelectBaud(19200);
+    ASSERT_TRUE(ConnectAndFinish());
+    ASSERT_TRUE(State().Connected);
+    ASSERT_EQ(dialogs.errors.size(), 3u);
+    EXPECT_EQ(dialogs.errors[2].find("What the instrument sends from now on is shown but not recorded"), 0u);
+    SendCommand("START", window->Link);
+    TickFor(1s);
+    EXPECT_EQ(dialogs.errors.size(), 4u);
+    talker->Say(Lines{"300.00,1,2,3,4,5,6,7,8"});
+    TickFor(1s);
+    EXPECT_EQ(RawFile(), before);
+
+    ASSERT_FALSE(window->Files.SaveCopy(DataFileKind::Raw, folder / "first.raw"));
+    ASSERT_FALSE(window->Files.SaveCopy(DataFileKind::Dat, folder / "first.dat"));
+    SendCommand("START", window->Link);
+    talker->Say(Lines{"400.00,1,2,3,4,5,6,7,8"});
+    TickFor(1s);
+    EXPECT_EQ(dialogs.errors.size(), 4u);
+    const std::string after = RawFile();
+    EXPECT_NE(after.find("DeviceType=Fathom-2\r\n"), std::string::npos);
+    EXPECT_NE(after.find("400.00,1,2,3,4,5,6,7,8\r\n"), std::string::npos);
+    EXPECT_EQ(after.find("100.00,1"), std::string::npos);
+}
+
+TEST_F(PulledCable, WhatTheSameInstrumentSaysBeforeItIsKnownIsRecordedToo) {
+    Connected();
+    Pull();
+    PlugIn();
+    SayOnceOpen("150.00,1,2,3,4,5,6,7,8");
+    TickFor(500ms);
+    EXPECT_EQ(RawFile().find("150.00"), std::string::npos);
+    ASSERT_TRUE(Finish());
+    TickFor(1s);
+    EXPECT_TRUE(State().Connected);
+    EXPECT_NE(RawFile().find("150.00,1,2,3,4,5,6,7,8\r\n"), std::string::npos);
+}
+
+TEST_F(PulledCable, ASearchPastOtherInstrumentsLeavesTheFilesAlone) {
+    Connected();
+    const std::string before = RawFile();
+    Talker& other = ports.Add(1);
+    connector->Form_Load();
+    PressSearch();
+    for (int tick = 0; tick < 100; ++tick) {
+        other.waiting += "*T00112233\r\n";
+        Tick();
+    }
+    connector->Cancel_Click();
+    ASSERT_TRUE(Finish());
+    TickFor(1s);
+    EXPECT_EQ(RawFile(), before);
+}
+
+TEST_F(PulledCable, AnAdapterUnderAnotherNumberIsKnownByItsSerial) {
+    Connected();
+    Pull();
+    Talker& elsewhere = ports.Add(5);
+    TeachModel(elsewhere, Model::Delph4);
+    ASSERT_TRUE(Finish());
+    EXPECT_TRUE(State().Connected);
+    EXPECT_EQ(State().PortNumber, 5);
+    EXPECT_EQ(dialogs.errors.size(), 1u);
+}
+
+TEST_F(PulledCable, OtherAdaptersAreNotTried) {
+    for (const bool twins : {false, true}) {
+        dialogs.errors.clear();
+        operations = MakeOperations();
+        window.reset();
+        ports.talkers.clear();
+        Connected();
+        Pull();
+        for (const int port : {5, 6}) {
+            TeachModel(ports.Add(port), Model::Delph4);
+            ports.serials[port] = twins ? "A5" : "B" + std::to_string(port);
+        }
+        TickFor(1min);
+        EXPECT_FALSE(State().Connected) << twins;
+        EXPECT_EQ(ports.talkers[5]->heard, "") << twins;
+        EXPECT_EQ(ports.talkers[6]->heard, "") << twins;
+    }
 }
 
 TEST_F(PulledCable, AnInstrumentThatIsStillSilentIsAskedAgain) {

@@ -58,13 +58,18 @@ class SwitchedLine final : public SerialLine {
 class TalkerPorts final : public Ports {
   public:
     std::map<int, std::unique_ptr<Talker>> talkers;
+    std::map<int, std::string> serials;  ///< of adapters; "A5" unless named here
 
     Talker& Add(int port) { return *(talkers[port] = std::make_unique<Talker>()); }
     [[nodiscard]] std::vector<PortEntry> Present() override {
         std::vector<PortEntry> present;
         for (const auto& [port, talker] : talkers)
-            if (!talker->gone) present.push_back({port, "/dev/tty" + std::to_string(port), "Adapter", "A5"});
+            if (!talker->gone) present.push_back(*Known(port));
         return present;
+    }
+    [[nodiscard]] std::optional<PortEntry> Known(int port) override {
+        const std::string serial = serials.contains(port) ? serials[port] : "A5";
+        return PortEntry{port, "/dev/tty" + std::to_string(port), "Adapter", serial};
     }
     [[nodiscard]] std::unique_ptr<SerialLine> MakeLine() override {
         return std::make_unique<SwitchedLine>(talkers);
