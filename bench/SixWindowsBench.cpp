@@ -1,10 +1,13 @@
 // Six windows at 115200 baud with about 190 lines a second each, plotted and logged, in real time: the share
 // of one core that the program takes, with few and with many points held. The simulated instruments run in
-// the same process; what they cost by themselves is measured beside it and taken off.
+// the same process; what they cost by themselves is measured beside it and taken off. Then, with 50 000
+// points in each window, how late the event loop is while a pointer moves over a chart.
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <ctime>
 #include <memory>
@@ -12,6 +15,7 @@
 
 #include "app/forms/MainForm.h"
 #include "app/forms/Shell.h"
+#include "graphs/forms/ChartView.h"
 #include "link/SimulatedLine.h"
 #include "platform/Paths.h"
 #include "platform/SystemClock.h"
@@ -71,38 +75,60 @@ void Fill(DataWindow& window, int points) {
     }
 }
 
-void SixWindows(benchmark::State& state) {
-    QTemporaryDir folder;
-    MapSettings settings;
-    SystemClock clock;
-    AppContext app(settings, clock);
-    Pump pump(clock);
-    LoadPreferences(settings, folder.path().toStdString(), app.prefs);
-    app.prefs.MaxGraphPoints = kMaxGraphPoints;
-    app.sigma = LoadSigmaParams(settings, ProgramFolder(), DataFolder()).params;
-    app.pureWater = LoadPureWaterParams(settings);
-    app.temporaryFolder = folder.path().toStdString();
-    Shell shell(app, pump);
-    for (int i = 0; i < 6; ++i) {
-        auto instrument = simulator::MakeInstrument(simulator::Model::Corvane6, FullRate(i));
-        const auto path = app.temporaryFolder / ("w" + std::to_string(i) + ".cal");
+/// The program with six windows that sample, plot and log, each with `points` in its graph.
+class SixSampling {
+  public:
+    explicit SixSampling(int points) : app_(settings_, clock_), pump_(clock_), shell_(app_, pump_) {
+        LoadPreferences(settings_, folder_.path().toStdString(), app_.prefs);
+        app_.prefs.MaxGraphPoints = kMaxGraphPoints;
+        app_.sigma = LoadSigmaParams(settings_, ProgramFolder(), DataFolder()).params;
+        app_.pureWater = LoadPureWaterParams(settings_);
+        app_.temporaryFolder = folder_.path().toStdString();
+        for (int i = 0; i < 6; ++i) Open(i, points);
+        RunEventLoop(1000);
+    }
+    ~SixSampling() {
+        for (MainForm* form : shell_.Windows()) form->CloseWith([] {});
+        for (MainForm* form : shell_.Windows()) form->close();
+    }
+    SixSampling(const SixSampling&) = delete;
+    SixSampling& operator=(const SixSampling&) = delete;
+
+    [[nodiscard]] MainForm& First() { return *shell_.Windows().front(); }
+    [[nodiscard]] std::int64_t Samples() { return First().Window().Link.State.Counted.samples; }
+
+  private:
+    void Open(int index, int points) {
+        auto instrument = simulator::MakeInstrument(simulator::Model::Corvane6, FullRate(index));
+        const auto path = app_.temporaryFolder / ("w" + std::to_string(index) + ".cal");
         DiskFile file;
         (void)file.Open(path);
         file.Append(instrument->CalText());
         file.Close();
-        MainForm* const form = shell.NewWindow(std::make_unique<SimulatedLine>(std::move(instrument), clock));
+        MainForm* const form =
+            shell_.NewWindow(std::make_unique<SimulatedLine>(std::move(instrument), clock_));
         form->resize(1024, 680);
         form->show();
         form->Window().LoadCalIntoWindow(path.string());
-        Fill(form->Window(), static_cast<int>(state.range(0)));
-        form->Window().OpenWithoutQuery(i + 1, 115200, InstTypeCode::Corvane6);
+        Fill(form->Window(), points);
+        form->Window().OpenWithoutQuery(index + 1, 115200, InstTypeCode::Corvane6);
         form->Window().OpenDataFiles("raw", true);
         form->InstrumentChanged();
     }
-    RunEventLoop(1000);
+
+    QTemporaryDir folder_;
+    MapSettings settings_;
+    SystemClock clock_;
+    AppContext app_;
+    Pump pump_;
+    Shell shell_;
+};
+
+void SixWindows(benchmark::State& state) {
+    SixSampling windows(static_cast<int>(state.range(0)));
     const double simulated = SimulationShare();
     for (auto _ : state) {
-        const auto countedBefore = shell.Windows().front()->Window().Link.State.Counted.samples;
+        const auto countedBefore = windows.Samples();
         const double before = CpuSeconds();
         QElapsedTimer wall;
         wall.start();
@@ -110,16 +136,49 @@ void SixWindows(benchmark::State& state) {
         const double seconds = static_cast<double>(wall.elapsed()) / 1000;
         const double share = (CpuSeconds() - before) / seconds;
         state.SetIterationTime(seconds);
-        const auto counted = shell.Windows().front()->Window().Link.State.Counted.samples - countedBefore;
-        state.counters["lines/s/window"] = static_cast<double>(counted) / seconds;
+        state.counters["lines/s/window"] = static_cast<double>(windows.Samples() - countedBefore) / seconds;
         state.counters["core_%_all"] = 100 * share;
         state.counters["core_%_simulators"] = 100 * simulated;
         state.counters["core_%_program"] = 100 * (share - simulated);
     }
-    for (MainForm* form : shell.Windows()) form->CloseWith([] {});
-    for (MainForm* form : shell.Windows()) form->close();
 }
 BENCHMARK(SixWindows)->Arg(1000)->Arg(95000)->Iterations(1)->UseManualTime()->Unit(benchmark::kSecond);
+
+/// How late an event is handled: a timer is due every millisecond, and a pointer wanders over a chart.
+void EventLoopDelay(benchmark::State& state) {
+    constexpr int kPoints = 50000;
+    SixSampling windows(kPoints);
+    auto* const chart = windows.First().findChild<ChartView*>();
+    for (auto _ : state) {
+        std::vector<double> delays;  // ms
+        QElapsedTimer sinceLast;
+        QTimer probe;
+        probe.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&probe, &QTimer::timeout, chart, [&] {
+            delays.push_back(static_cast<double>(sinceLast.nsecsElapsed()) / 1e6 - 1);
+            sinceLast.restart();
+        });
+        QTimer mouse;
+        int step = 0;
+        QObject::connect(&mouse, &QTimer::timeout, chart, [&] {
+            ++step;
+            QWidget* const under = chart->childAt(chart->rect().center());
+            const QPointF at(10 + step * 7 % (under->width() - 20), 10 + step * 3 % (under->height() - 20));
+            QMouseEvent move(QEvent::MouseMove, at, under->mapToGlobal(at), Qt::NoButton, Qt::NoButton, {});
+            QCoreApplication::sendEvent(under, &move);
+        });
+        sinceLast.start();
+        probe.start(1);
+        mouse.start(8);
+        RunEventLoop(kSeconds * 1000);
+        std::sort(delays.begin(), delays.end());
+        state.SetIterationTime(kSeconds);
+        state.counters["delay_ms_median"] = delays[delays.size() / 2];
+        state.counters["delay_ms_99%"] = delays[delays.size() * 99 / 100];
+        state.counters["delay_ms_most"] = delays.back();
+    }
+}
+BENCHMARK(EventLoopDelay)->Iterations(1)->UseManualTime()->Unit(benchmark::kSecond);
 
 }  // namespace
 
