@@ -42,6 +42,16 @@ void SeriesRaster::Reset(int xPixels, int yPixels, int lineWidth) {
     before_ = (lineWidth - 1) / 2;
     behind_ = lineWidth - 1 - before_;
     pixels_.assign(static_cast<std::size_t>(xPixels_) * static_cast<std::size_t>(yPixels_), 0);
+    markers_ = {};
+}
+
+void SeriesRaster::SetMarkers(const Markers& byRank, int size, bool transposed) {
+    markers_ = byRank;
+    markerSpacing_ = 2 * size;
+    for (int marker = 0; marker < kCurveMarkers; ++marker)
+        shapes_[static_cast<std::size_t>(marker)] =
+            MarkSpans(static_cast<CurveMarker>(marker), size, transposed);
+    lastMarked_.fill(kNoColumn);
 }
 
 std::span<const std::uint8_t> SeriesRaster::Column(int x) const {
@@ -63,6 +73,8 @@ PixelBox SeriesRaster::Draw(const ChartGroup& group, int from, int to, const Pix
             if (group.Display(series) != SeriesDisplay::Drawn) continue;
             rank_ = static_cast<std::uint8_t>(std::min(firstRank + series - 1, 255));
             DrawRuns(group.YData(series).subspan(offset, count), y);
+            if (markers_[rank_] != CurveMarker::None)
+                DrawMarkers(group.YData(series).subspan(offset, count), y);
         }
     }
     return touched_;
@@ -244,17 +256,39 @@ void SeriesRaster::FlatLine(int x0, int y0, int x1, int y1) {
 }
 
 void SeriesRaster::Span(int column, int y0, int y1) {
-    const int low = std::max(std::min(y0, y1) - before_, 0);
-    const int high = std::min(std::max(y0, y1) + behind_, yPixels_ - 1);
-    if (low > high) return;
-    const int first = std::max(column - before_, 0);
-    const int last = std::min(column + behind_, xPixels_ - 1);
+    Cover(column - before_, column + behind_, std::min(y0, y1) - before_, std::max(y0, y1) + behind_);
+}
+
+void SeriesRaster::Cover(int x0, int x1, int y0, int y1) {
+    const int low = std::max(y0, 0);
+    const int high = std::min(y1, yPixels_ - 1);
+    const int first = std::max(x0, 0);
+    const int last = std::min(x1, xPixels_ - 1);
+    if (low > high || first > last) return;
     for (int x = first; x <= last; ++x) Fill(x, low, high);
-    if (first > last) return;
     touched_.x0 = std::min(touched_.x0, first);
     touched_.x1 = std::max(touched_.x1, last);
     touched_.y0 = std::min(touched_.y0, low);
     touched_.y1 = std::max(touched_.y1, high);
+}
+
+// A point that is looked at once more, as the last one drawn is when others are appended, is decided as
+// before.
+void SeriesRaster::DrawMarkers(std::span<const double> y, const PixelScale& scale) {
+    const auto& shape = shapes_[static_cast<std::size_t>(markers_[rank_])];
+    int& last = lastMarked_[rank_];
+    for (const Run& run : runs_) {
+        if (run.column == kNoColumn) continue;
+        if (last != kNoColumn && std::abs(run.column - last) < markerSpacing_) continue;
+        const auto end = y.begin() + run.end;
+        const auto point =
+            std::find_if_not(y.begin() + run.begin, end, [](double v) { return std::isnan(v); });
+        if (point == end) continue;
+        last = run.column;
+        const int middle = scale.At(*point);
+        for (const MarkSpan& span : shape)
+            Cover(last + span.column, last + span.column, middle + span.top, middle + span.bottom);
+    }
 }
 
 void SeriesRaster::Fill(int column, int y0, int y1) {

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
 
 #include "graphs/ChartGroup.h"
+#include "graphs/CurveMarks.h"
 
 namespace marisonde {
 
@@ -44,13 +46,19 @@ struct PixelBox {
 
 /// Draws curves into an array of bytes: each pixel holds the highest rank among the curves that cover it, 0
 /// where there is none. A curve covers the pixels of the lines between its neighbouring points, and nothing
-/// else counts: so the picture depends on the points alone, not on the order or the pieces in which they were
-/// drawn, and points added later may be drawn on top of what is there. The work is bounded by the pixels
-/// wherever many points share a column of X.
+/// else counts, except the markers, which stand at points in the order of the points: so the picture depends
+/// on the points alone, not on the order or the pieces in which they were drawn, and points added later may
+/// be drawn on top of what is there. The work is bounded by the pixels wherever many points share a column of
+/// X.
 class SeriesRaster {
   public:
-    /// Clears, and sets the size. `lineWidth` in pixels, 1 or more.
+    using Markers = std::array<CurveMarker, 256>;
+
+    /// Clears, and sets the size. `lineWidth` in pixels, 1 or more. No curve has markers.
     void Reset(int xPixels, int yPixels, int lineWidth);
+    /// Gives curves markers by their rank, `size` pixels wide. Where points lie closer along X than twice
+    /// that, only some of them carry one.
+    void SetMarkers(const Markers& byRank, int size, bool transposed);
     [[nodiscard]] int XPixels() const { return xPixels_; }
     [[nodiscard]] int YPixels() const { return yPixels_; }
     /// Ranks along Y at one X pixel, YPixels() of them.
@@ -102,6 +110,9 @@ class SeriesRaster {
     void SteepLine(int x0, int y0, int x1, int y1);
     void FlatLine(int x0, int y0, int x1, int y1);
     void Span(int column, int y0, int y1);
+    /// Raises a box of pixels, as far as it lies within the picture.
+    void Cover(int x0, int x1, int y0, int y1);
+    void DrawMarkers(std::span<const double> y, const PixelScale& scale);
     void Fill(int column, int y0, int y1);
 
     int xPixels_ = 0;
@@ -112,6 +123,10 @@ class SeriesRaster {
     PixelBox touched_;
     std::vector<std::uint8_t> pixels_;  ///< by column: a curve's extent in a column is one stretch of memory
     std::vector<Run> runs_;
+    Markers markers_{};
+    std::array<std::vector<MarkSpan>, kCurveMarkers> shapes_;
+    int markerSpacing_ = 0;
+    std::array<int, 256> lastMarked_{};  ///< by rank: column of the last marker
 };
 
 }  // namespace marisonde

@@ -18,6 +18,7 @@
 #include "app/Shutdown.h"
 #include "app/forms/ChannelPanel.h"
 #include "app/forms/FormHelpers.h"
+#include "app/forms/GraphCommands.h"
 #include "app/forms/InstrumentCommands.h"
 #include "app/forms/ProcessFilesForm.h"
 #include "app/forms/Shell.h"
@@ -63,6 +64,7 @@ MainForm::MainForm(Shell& shell, std::unique_ptr<SerialLine> line)
       dialogs_(this),
       window_(shell.App(), dialogs_, std::move(line)),
       chart_(new ChartView(window_.Chart, this)),
+      graph_(new GraphCommands(*this, *chart_)),
       channels_(new ChannelPanel(this)),
       timer_(new QTimer(this)),
       operations_(shell.Waiting(), [this](const std::string& name, const std::string& reason) {
@@ -86,6 +88,7 @@ MainForm::MainForm(Shell& shell, std::unique_ptr<SerialLine> line)
     RestorePlace();
     InstrumentChanged();
     commands_->Update();
+    graph_->Update();
     timer_->setObjectName("ProcessSerialInputTimer");
     timer_->setTimerType(Qt::PreciseTimer);
     connect(timer_, &QTimer::timeout, this, &MainForm::Tick);
@@ -109,6 +112,10 @@ void MainForm::MakeMenus() {
     auto* bar = new QToolBar(this);
     commands_->MakeToolBar(bar);
     addToolBar(bar);
+    graph_->MakeMenu(menuBar());
+    auto* scales = new QToolBar(this);
+    graph_->MakeToolBar(scales);
+    addToolBar(scales);
 
     QMenu* view = menuBar()->addMenu("&View");
     view->setObjectName("View_menu");
@@ -165,6 +172,7 @@ void MainForm::Tick() {
     ShowReadouts();
     ShowStatus();
     commands_->Update();
+    graph_->Update();
     shell_.Waiting().ResumeReady();
 }
 
@@ -201,13 +209,11 @@ void MainForm::ShowStatus() {
 
 void MainForm::InstrumentChanged() {
     std::vector<ChannelRow> rows;
-    chart_->ClearSeriesStyles();
-    for (const PlottedChannel& channel : PlottedChannels(window_.Plot.Model(), window_.Link.CalData)) {
+    graph_->ShowCurves();
+    for (const PlottedChannel& channel : PlottedChannels(window_.Plot, window_.Link.CalData)) {
         if (!channel.calibrated) continue;
-        const QColor color(RedOf(channel.color), GreenOf(channel.color), BlueOf(channel.color));
-        chart_->SetSeriesStyle(channel.group, channel.series, FromText(channel.name), color);
-        rows.push_back(
-            {channel.box, FromText(channel.name), FromText(channel.unit), chart_->ShownColor(color)});
+        const CurveSample curve = chart_->SampleOf(channel.group, channel.series);
+        rows.push_back({channel.box, FromText(channel.name), FromText(channel.unit), curve.color});
     }
     channels_->SetChannels(rows);
     ShowStatus();

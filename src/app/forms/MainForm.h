@@ -15,6 +15,7 @@ namespace marisonde {
 
 class ChannelPanel;
 class ChartView;
+class GraphCommands;
 class InstrumentCommands;
 class ProcessFilesForm;
 class Shell;
@@ -65,6 +66,7 @@ class MainForm final : public QMainWindow {
     FormDialogs dialogs_;
     DataWindow window_;
     ChartView* chart_;
+    GraphCommands* graph_;
     ChannelPanel* channels_;
     QTimer* timer_;
     QAction* channelView_ = nullptr;

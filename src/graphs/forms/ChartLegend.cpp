@@ -6,12 +6,12 @@ namespace marisonde {
 
 namespace {
 
-constexpr int kIconLength = 18;
+constexpr int kIconLength = kDashPeriod;
 constexpr int kIconGap = 5;
 constexpr int kLineWidth = 3;
 constexpr int kColumnGap = 14;
 
-/// A short stroke in the curve's colour and its name.
+/// A short stroke of the curve and its name.
 class CurveItem final : public QCPAbstractLegendItem {
   public:
     CurveItem(QCPLegend* legend, LegendEntry entry)
@@ -20,11 +20,8 @@ class CurveItem final : public QCPAbstractLegendItem {
   protected:
     void draw(QCPPainter* painter) override {
         const QRect box = rect();
-        QPen stroke(entry_.color, kLineWidth);
-        stroke.setCapStyle(Qt::FlatCap);
-        painter->setPen(stroke);
-        painter->drawLine(QPointF(box.left(), box.center().y() + 1),
-                          QPointF(box.left() + kIconLength, box.center().y() + 1));
+        DrawCurveSample(*painter, QRectF(box.left(), box.top(), kIconLength, box.height()), entry_.curve,
+                        kLineWidth);
         painter->setPen(mTextColor);
         painter->setFont(mFont);
         painter->drawText(box.adjusted(kIconLength + kIconGap, 0, 0, 0),

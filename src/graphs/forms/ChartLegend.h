@@ -1,15 +1,16 @@
 #pragma once
 
-#include <QColor>
 #include <QString>
 #include <qcustomplot.h>
 #include <vector>
+
+#include "graphs/forms/CurveSample.h"
 
 namespace marisonde {
 
 struct LegendEntry {
     QString name;
-    QColor color;
+    CurveSample curve;
     bool operator==(const LegendEntry&) const = default;
 };
 

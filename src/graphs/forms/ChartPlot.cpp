@@ -120,7 +120,9 @@ SeriesGeometry ChartPlot::GeometryAt(double scale) const {
     const QSize area = axisRect()->size();
     geometry.pixels = {static_cast<int>(std::ceil(area.width() * scale)),
                        static_cast<int>(std::ceil(area.height() * scale))};
+    geometry.scale = scale;
     geometry.lineWidth = std::max(1, static_cast<int>(std::lround(look_.lineSize * scale)));
+    if (look_.MarkersShow()) geometry.markerSize = static_cast<int>(std::lround(look_.markerSize * scale));
     const auto shown = [&](AxisName name) {
         return ShownRange(chart_.Axes(name).Min(), chart_.Axes(name).Max());
     };
@@ -168,6 +170,12 @@ QPointF ChartPlot::PixelToData(int group, const QPoint& position) const {
             y.pixelToCoord(rotated ? position.x() : position.y())};
 }
 
+void ChartPlot::SetFocusFrame(bool shown) {
+    if (focusFrame_ == shown) return;
+    focusFrame_ = shown;
+    update();
+}
+
 void ChartPlot::paintEvent(QPaintEvent*) {
     // A new size comes here without a refresh before it. Anything else waits for one, as long as a batch
     // lasts.
@@ -182,6 +190,10 @@ void ChartPlot::paintEvent(QPaintEvent*) {
                 layer_.Image());
         mPaintBuffers[i]->draw(&painter);
     }
+    if (!focusFrame_) return;
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void ChartPlot::resizeEvent(QResizeEvent* event) {

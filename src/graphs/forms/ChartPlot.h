@@ -29,6 +29,9 @@ class ChartPlot final : public QCustomPlot {
     /// Axes, legend and curves anew, whatever has changed.
     void RedrawAll();
 
+    /// A frame around the whole, for who has come here by keyboard.
+    void SetFocusFrame(bool shown);
+
     /// Values under a position in the widget.
     [[nodiscard]] QPointF PixelToData(int group, const QPoint& position) const;
     /// The curves at the present layout, `scale` device pixels to one of the layout: for pictures and print.
@@ -58,6 +61,7 @@ class ChartPlot final : public QCustomPlot {
     ChartLegend legend_;
     ChartColors colors_;
     ChartLook look_;
+    bool focusFrame_ = false;
     std::uint64_t seenAxes_ = 0;
     std::uint64_t seenPoints_ = 0;
 };

@@ -1,7 +1,9 @@
 #include "graphs/forms/ChartView.h"
 
 #include <QEvent>
+#include <QFocusEvent>
 #include <QVBoxLayout>
+#include <utility>
 #include <vector>
 
 #include "graphs/forms/ChartPlot.h"
@@ -19,6 +21,7 @@ ChartView::ChartView(Chart2D& chart, QWidget* parent)
     setObjectName("Chart2D1");
     setAccessibleName("Graph of the instrument's channels");
     setMinimumSize(240, 180);
+    setFocusPolicy(Qt::StrongFocus);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(plot_);
@@ -49,6 +52,7 @@ void ChartView::RefreshNow() {
     timer_.stop();
     const QRect changed = plot_->Refresh();
     if (!changed.isEmpty()) plot_->repaint(changed);
+    Describe();
 }
 
 void ChartView::RedrawNow() {
@@ -57,20 +61,29 @@ void ChartView::RedrawNow() {
     plot_->repaint();
 }
 
-void ChartView::SetSeriesStyle(int group, int series, const QString& name, const QColor& color) {
-    styles_[{group, series}] = {name, color};
+void ChartView::SetSeriesStyle(int group, int series, const SeriesStyle& style) {
+    styles_[{group, series}] = style;
     ApplyStyles();
     Mark();
 }
 
-void ChartView::ClearSeriesStyles() {
-    styles_.clear();
+void ChartView::SetSeriesStyles(std::map<std::pair<int, int>, SeriesStyle> styles) {
+    styles_ = std::move(styles);
     ApplyStyles();
     Mark();
 }
 
-QColor ChartView::ShownColor(const QColor& color) const {
-    return ReadableOn(color, colors_.plotBackground);
+CurveSample ChartView::SampleOf(int group, int series) const {
+    const auto found = samples_.find({group, series});
+    return found == samples_.end() ? CurveSample() : found->second;
+}
+
+QRect ChartView::PlotArea() const {
+    return plot_->axisRect()->rect().translated(plot_->pos());
+}
+
+QWidget& ChartView::Canvas() {
+    return *plot_;
 }
 
 void ChartView::SetLook(const ChartLook& look) {
@@ -82,11 +95,19 @@ void ChartView::SetLook(const ChartLook& look) {
 void ChartView::ApplyStyles() {
     colors_ = ColorsFor(look_, palette());
     plot_->SetColors(colors_, look_);
+    samples_.clear();
+    plot_->Layer().ClearPens();
     std::vector<LegendEntry> entries;
+    std::vector<QColor> taken;
     for (const auto& [where, style] : styles_) {
-        const QColor shown = ShownColor(style.color);
-        plot_->Layer().SetColor(where.first, where.second, shown.rgb());
-        if (!style.name.isEmpty()) entries.push_back({style.name, shown});
+        const QColor shown = DistinctOn(style.color, colors_.plotBackground, taken);
+        const QColor faint = FaintOn(shown, colors_.plotBackground);
+        taken.push_back(shown);
+        const CurveMarker marker = look_.MarkersShow() ? style.marker : CurveMarker::None;
+        const CurveSample sample{shown, faint, style.pattern, marker};
+        plot_->Layer().SetPen(where.first, where.second, {shown.rgb(), faint.rgb(), style.pattern, marker});
+        samples_[where] = sample;
+        if (!style.name.isEmpty()) entries.push_back({style.name, sample});
     }
     plot_->SetLegend(entries);
 }
@@ -111,6 +132,7 @@ void ChartView::Describe() {
     QString text = title(AxisName::Y);
     if (chart_.Axes(AxisName::Y2).Visible()) text += " and " + title(AxisName::Y2);
     setAccessibleDescription(text + " against " + title(AxisName::X));
+    emit AxesShown();
 }
 
 void ChartView::changeEvent(QEvent* event) {
@@ -119,6 +141,18 @@ void ChartView::changeEvent(QEvent* event) {
     if (type != QEvent::PaletteChange && type != QEvent::FontChange && type != QEvent::StyleChange) return;
     ApplyStyles();
     Mark();
+    if (type == QEvent::PaletteChange) emit ColorsChanged();
+}
+
+void ChartView::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    const auto reason = event->reason();
+    plot_->SetFocusFrame(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason);
+}
+
+void ChartView::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    plot_->SetFocusFrame(false);
 }
 
 // A hidden view keeps no picture up to date; it catches up when it is seen.

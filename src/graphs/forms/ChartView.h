@@ -8,6 +8,7 @@
 
 #include "graphs/Chart2D.h"
 #include "graphs/forms/ChartLook.h"
+#include "graphs/forms/CurveSample.h"
 
 namespace marisonde {
 
@@ -23,14 +24,26 @@ class ChartView final : public QWidget {
     explicit ChartView(Chart2D& chart, QWidget* parent = nullptr);
     ~ChartView() override;
 
-    /// Name in the legend (no entry when empty) and colour of a series. A colour that could not be told from
-    /// the background is shown in a shade that can; see ShownColor.
-    void SetSeriesStyle(int group, int series, const QString& name, const QColor& color);
+    /// A curve as it is asked for. One without a name has no entry in the legend. A colour that could not be
+    /// told from the background, or from those before it, is shown in a shade that can; see SampleOf.
+    struct SeriesStyle {
+        QString name;
+        QColor color;
+        int pattern = 0;  ///< of its strokes, see IsFullAt
+        CurveMarker marker = CurveMarker::None;
+    };
+    void SetSeriesStyle(int group, int series, const SeriesStyle& style);
+    void SetSeriesStyle(int group, int series, const QString& name, const QColor& color) {
+        SetSeriesStyle(group, series, SeriesStyle{name, color});
+    }
     void SetSeriesStyle(int series, const QString& name, const QColor& color) {
         SetSeriesStyle(1, series, name, color);
     }
-    void ClearSeriesStyles();
-    [[nodiscard]] QColor ShownColor(const QColor& color) const;
+    /// All curves at once, by group and series; others have no style any more.
+    void SetSeriesStyles(std::map<std::pair<int, int>, SeriesStyle> styles);
+    void ClearSeriesStyles() { SetSeriesStyles({}); }
+    /// How a curve with a style is shown, for all that shows it beside the graph.
+    [[nodiscard]] CurveSample SampleOf(int group, int series) const;
     void SetLook(const ChartLook& look);
 
     /// Values of X and of the group's own axis under a position in the view.
@@ -44,17 +57,25 @@ class ChartView final : public QWidget {
     /// The same for the whole picture, whether it has changed or not.
     void RedrawNow();
 
+    /// The plot area, in the view's pixels: where values lie between the limits.
+    [[nodiscard]] QRect PlotArea() const;
+    /// The widget that is painted and takes the mouse; it fills the view.
+    [[nodiscard]] QWidget& Canvas();
     [[nodiscard]] QSize sizeHint() const override { return {640, 480}; }
+
+  signals:
+    /// Curves are shown in other colours than before: the theme has changed.
+    void ColorsChanged();
+    /// Limits, titles or the turn of the axes are shown anew.
+    void AxesShown();
 
   protected:
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
   private:
-    struct Style {
-        QString name;
-        QColor color;
-    };
     void Mark();
     void OnTimer();
     void ApplyStyles();
@@ -64,7 +85,8 @@ class ChartView final : public QWidget {
     ChartPlot* plot_;
     ChartLook look_;
     ChartColors colors_;
-    std::map<std::pair<int, int>, Style> styles_;
+    std::map<std::pair<int, int>, SeriesStyle> styles_;
+    std::map<std::pair<int, int>, CurveSample> samples_;
     QTimer timer_;
     std::uint64_t describedAxes_ = 0;
 };

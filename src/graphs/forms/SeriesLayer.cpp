@@ -27,25 +27,41 @@ PixelBox United(const PixelBox& a, const PixelBox& b) {
 }  // namespace
 
 bool SeriesGeometry::operator==(const SeriesGeometry& other) const {
-    return pixels == other.pixels && lineWidth == other.lineWidth && Same(x, other.x) && Same(y, other.y) &&
-           Same(y2, other.y2) && rotated == other.rotated && xReversed == other.xReversed;
+    return pixels == other.pixels && scale == other.scale && lineWidth == other.lineWidth &&
+           markerSize == other.markerSize && Same(x, other.x) && Same(y, other.y) && Same(y2, other.y2) &&
+           rotated == other.rotated && xReversed == other.xReversed;
 }
 
-void SeriesLayer::SetColor(int group, int series, QRgb color) {
+void SeriesLayer::SetPen(int group, int series, const CurvePen& pen) {
     if (group < 1 || group > kGroups || series < 1 || series >= kSeriesSlots) return;
-    colors_[static_cast<std::size_t>(group) - 1][static_cast<std::size_t>(series)] = color;
+    pens_[static_cast<std::size_t>(group) - 1][static_cast<std::size_t>(series)] = pen;
+}
+
+void SeriesLayer::TakePens(const Chart2D& chart) {
+    palettes_ = {};
+    markers_ = {};
+    std::size_t rank = 1;
+    for (const int number : {1, 2}) {
+        for (int series = 1; series <= chart.ChartGroups(number).NumSeries(); ++series, ++rank) {
+            if (rank >= markers_.size() || series >= kSeriesSlots) continue;
+            const CurvePen& pen =
+                pens_[static_cast<std::size_t>(number) - 1][static_cast<std::size_t>(series)];
+            markers_[rank] = pen.marker;
+            for (int place = 0; place < kDashPeriod; ++place)
+                palettes_[static_cast<std::size_t>(place)][rank] =
+                    IsFullAt(pen.pattern, place) ? pen.full : pen.faint;
+        }
+    }
+}
+
+const SeriesLayer::Palette& SeriesLayer::PaletteAt(int column) const {
+    return palettes_[static_cast<std::size_t>(column / geometry_.scale) % kDashPeriod];
 }
 
 void SeriesLayer::Redraw(const Chart2D& chart, const SeriesGeometry& geometry) {
     const bool resized = geometry.pixels != geometry_.pixels;
     geometry_ = geometry;
-    palette_ = {};
-    std::size_t rank = 1;
-    for (const int number : {1, 2})
-        for (int series = 1; series <= chart.ChartGroups(number).NumSeries(); ++series, ++rank)
-            if (rank < palette_.size() && series < kSeriesSlots)
-                palette_[rank] =
-                    colors_[static_cast<std::size_t>(number) - 1][static_cast<std::size_t>(series)];
+    TakePens(chart);
     drawnPoints_ = {};
     const bool empty = IsEmpty(chart.ChartGroups(1)) && IsEmpty(chart.ChartGroups(2));
     if (resized || empty) image_ = QImage();
@@ -53,6 +69,7 @@ void SeriesLayer::Redraw(const Chart2D& chart, const SeriesGeometry& geometry) {
     if (empty || geometry.pixels.isEmpty()) return;
     const QSize raster = geometry.rotated ? geometry.pixels.transposed() : geometry.pixels;
     raster_.Reset(raster.width(), raster.height(), geometry.lineWidth);
+    if (geometry.markerSize > 0) raster_.SetMarkers(markers_, geometry.markerSize, geometry.rotated);
     if (image_.isNull()) image_ = QImage(geometry.pixels, QImage::Format_ARGB32_Premultiplied);
     DrawNew(chart);
     Convert(image_.rect());
@@ -108,8 +125,9 @@ void SeriesLayer::ConvertRotated(const QRect& area) {
     for (int line = area.top(); line <= area.bottom(); ++line) {
         auto* const out = reinterpret_cast<QRgb*>(image_.scanLine(line));
         const auto ranks = raster_.Column(line);
+        const Palette& palette = PaletteAt(line);
         for (int i = area.left(); i <= area.right(); ++i)
-            out[i] = palette_[ranks[static_cast<std::size_t>(i)]];
+            out[i] = palette[ranks[static_cast<std::size_t>(i)]];
     }
 }
 
@@ -119,12 +137,15 @@ void SeriesLayer::ConvertUpright(const QRect& area) {
     for (int left = area.left(); left <= area.right(); left += kColumnsAtOnce) {
         const auto columns = static_cast<std::size_t>(std::min(kColumnsAtOnce, area.right() - left + 1));
         std::array<const std::uint8_t*, kColumnsAtOnce> ranks{};
-        for (std::size_t k = 0; k < columns; ++k)
+        std::array<const QRgb*, kColumnsAtOnce> palettes{};
+        for (std::size_t k = 0; k < columns; ++k) {
             ranks[k] = raster_.Column(left + static_cast<int>(k)).data();
+            palettes[k] = PaletteAt(left + static_cast<int>(k)).data();
+        }
         for (int line = area.top(); line <= area.bottom(); ++line) {
             QRgb* const out =
                 pixels + static_cast<std::size_t>(line) * stride + static_cast<std::size_t>(left);
-            for (std::size_t k = 0; k < columns; ++k) out[k] = palette_[ranks[k][line]];
+            for (std::size_t k = 0; k < columns; ++k) out[k] = palettes[k][ranks[k][line]];
         }
     }
 }

@@ -13,8 +13,10 @@ namespace marisonde {
 
 /// Where on the plot area the values of the three axes lie. Ranges are those shown: min below max, finite.
 struct SeriesGeometry {
-    QSize pixels;  ///< of the plot area, in device pixels
+    QSize pixels;      ///< of the plot area, in device pixels
+    double scale = 1;  ///< device pixels to one of the layout
     int lineWidth = 1;
+    int markerSize = 0;  ///< 0: curves have no markers
     AxisRange x, y, y2;
     bool rotated = false;
     bool xReversed = false;
@@ -22,12 +24,21 @@ struct SeriesGeometry {
     bool operator==(const SeriesGeometry& other) const;
 };
 
+/// What a curve is drawn with.
+struct CurvePen {
+    QRgb full = 0;
+    QRgb faint = 0;  ///< between the strokes of its pattern
+    int pattern = 0;
+    CurveMarker marker = CurveMarker::None;
+};
+
 /// The curves of a chart as a picture with a clear background, which grows with the points at the cost of the
 /// new ones alone. It always equals the picture that a full redraw would give.
 class SeriesLayer {
   public:
-    /// Colour of a series of a group; counts from the next Redraw on.
-    void SetColor(int group, int series, QRgb color);
+    /// How a series of a group is drawn, from the next Redraw on.
+    void SetPen(int group, int series, const CurvePen& pen);
+    void ClearPens() { pens_ = {}; }
 
     void Redraw(const Chart2D& chart, const SeriesGeometry& geometry);
     /// Draws the points that were appended since the last call. Returns the part of the image that may have
@@ -41,7 +52,11 @@ class SeriesLayer {
   private:
     static constexpr int kGroups = 2;
     static constexpr int kSeriesSlots = 100;
-    using Palette = std::array<QRgb, 256>;
+    using Palette = std::array<QRgb, 256>;  ///< by rank
+
+    void TakePens(const Chart2D& chart);
+    /// The colours at a column of the raster.
+    [[nodiscard]] const Palette& PaletteAt(int column) const;
 
     PixelBox DrawNew(const Chart2D& chart);
     [[nodiscard]] QRect ImageRect(const PixelBox& box) const;
@@ -52,8 +67,9 @@ class SeriesLayer {
     SeriesGeometry geometry_;
     SeriesRaster raster_;
     QImage image_;
-    std::array<std::array<QRgb, kSeriesSlots>, kGroups> colors_{};
-    Palette palette_{};
+    std::array<std::array<CurvePen, kSeriesSlots>, kGroups> pens_{};
+    std::array<Palette, kDashPeriod> palettes_{};
+    SeriesRaster::Markers markers_{};
     std::array<int, kGroups> drawnPoints_{};
 };
 
