@@ -15,7 +15,8 @@ namespace {
 QPalette Dark() {
     QPalette palette(QColor(0x31, 0x36, 0x3b), QColor(0x23, 0x26, 0x29));
     palette.setColor(QPalette::Base, QColor(0x1b, 0x1e, 0x20));
-    palette.setColor(QPalette::Highlight, QColor(0x3d, 0xae, 0xe9));
+    for (const auto role : {QPalette::Highlight, QPalette::Link})
+        palette.setColor(role, QColor(0x3d, 0xae, 0xe9));
     return palette;
 }
 
@@ -39,12 +40,14 @@ class PicturesTest : public FormsFixture, public testing::WithParamInterface<con
         MainForm* const form = Sampling(model);
         form->resize(1024, 700);
         Run(std::chrono::minutes(1));
+        form->findChild<QAction*>("View_All_menu")->trigger();
         return form;
     }
 
     static void Take(QWidget& window, const QString& name) {
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
-        const QPixmap picture = window.grab();
+        auto* const data = qobject_cast<MainForm*>(&window);
+        const QPixmap picture = data != nullptr ? data->Picture() : window.grab();
         EXPECT_FALSE(picture.isNull());
         EXPECT_TRUE(picture.save(Folder() + "/" + name + ".png"));
         ExpectNothingCutOff(window, name);
