@@ -25,9 +25,17 @@ class Feed {
     }
     static void ShowSeries(ChartView& shown) {
         const QColor colors[] = {Qt::red, Qt::blue, Qt::darkGreen, Qt::magenta, Qt::darkCyan, Qt::black};
+        ChartLook look;
+        look.markerSize = 6;
+        shown.SetLook(look);
+        // Strokes of every pattern, and markers of every shape.
+        const auto style = [&](const char* name, int s) {
+            return ChartView::SeriesStyle{QString(name).arg(s), colors[s % 6], s,
+                                          static_cast<CurveMarker>(s % kCurveMarkers)};
+        };
         for (int s = 1; s <= 8; ++s) {
-            shown.SetSeriesStyle(1, s, QString("c%1").arg(s), colors[s % 6]);
-            shown.SetSeriesStyle(2, s, QString("d%1").arg(s), colors[(s + 3) % 6]);
+            shown.SetSeriesStyle(1, s, style("c%1", s));
+            shown.SetSeriesStyle(2, s, style("d%1", s + 3));
         }
         shown.resize(360, 280);
         shown.show();

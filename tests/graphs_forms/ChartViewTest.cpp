@@ -172,13 +172,89 @@ TEST_F(ChartViewTest, FollowsTheThemeOfTheWindow) {
     EXPECT_EQ(view.grab().toImage().pixel(2, 2), QColor(Qt::yellow).rgb());
 }
 
+TEST_F(ChartViewTest, WhiteAndBlackOfNobodysChoiceFollowTheTheme) {
+    view.SetLook(LookOf(GraphLook()));
+    view.RefreshNow();
+    EXPECT_EQ(view.grab().toImage().pixel(2, 2), QColor(Qt::white).rgb());
+    QPalette dark(QColor(45, 45, 48));
+    dark.setColor(QPalette::Base, QColor(20, 20, 20));
+    view.setPalette(dark);
+    view.RefreshNow();
+    EXPECT_EQ(view.grab().toImage().pixel(2, 2), QColor(20, 20, 20).rgb());
+    GraphLook chosen;
+    chosen.GraphExtColor = 0x0000FF;  // red
+    view.SetLook(LookOf(chosen));
+    view.RefreshNow();
+    EXPECT_EQ(view.grab().toImage().pixel(2, 2), QColor(Qt::red).rgb());
+}
+
+TEST_F(ChartViewTest, CurvesHaveStrokesOfTheirPattern) {
+    view.SetSeriesStyle(1, 1, {"c(470)", Qt::blue, 1});
+    for (int i = 0; i < 100; ++i) Append(0.005F);
+    view.RefreshNow();
+    const QRect area = view.PlotArea();
+    const QImage picture = view.grab().toImage();
+    const CurveSample sample = view.SampleOf(1, 1);
+    EXPECT_EQ(sample.color, QColor(Qt::blue));
+    EXPECT_EQ(sample.pattern, 1);
+    // Somewhere in each column of the first two periods stands the curve: ten pixels full, six faint. The
+    // first column belongs to the axis.
+    for (int x = 1; x < 64; ++x) {
+        const QRgb expected = x % 16 < 10 ? sample.color.rgb() : sample.faint.rgb();
+        bool found = false;
+        for (int y = area.top(); y <= area.bottom(); ++y)
+            found = found || picture.pixel(area.left() + x, y) == expected;
+        EXPECT_TRUE(found) << x;
+    }
+}
+
+TEST_F(ChartViewTest, MarkersAreShownOnceTheyAreWiderThanTheLine) {
+    view.SetSeriesStyle(1, 1, {"c(470)", Qt::blue, 0, CurveMarker::Square});
+    EXPECT_EQ(view.SampleOf(1, 1).marker, CurveMarker::None);
+    for (int i = 0; i < 100; ++i) Append(0.005F);
+    view.RefreshNow();
+    const int line = Pixels(QColor(Qt::blue).rgb());
+    ChartLook look;
+    look.markerSize = 7;
+    view.SetLook(look);
+    view.RefreshNow();
+    EXPECT_EQ(view.SampleOf(1, 1).marker, CurveMarker::Square);
+    // A square of 49 pixels at least every 20 of more than 300 pixels; the line has 7 of each already.
+    EXPECT_GT(Pixels(QColor(Qt::blue).rgb()), line + 15 * 42);
+}
+
+TEST_F(ChartViewTest, OneColourAskedForTwiceIsShownInTwoShades) {
+    view.SetSeriesStyle(1, 1, {"a", Qt::yellow});
+    view.SetSeriesStyle(1, 2, {"b", QColor(178, 178, 0)});
+    const QColor first = view.SampleOf(1, 1).color;
+    const QColor second = view.SampleOf(1, 2).color;
+    EXPECT_GE(ContrastOf(first, Qt::white), 3);
+    EXPECT_GE(ContrastOf(second, Qt::white), 3);
+    EXPECT_GE(std::abs(first.red() - second.red()), 40);
+    EXPECT_EQ(view.SampleOf(2, 9), CurveSample()) << "no style, nothing to show";
+}
+
+TEST(ChartLook, SizesAreHeldToWhatCanBeDrawn) {
+    GraphLook look;
+    look.LineSize = -3;
+    look.MarkerSize = 100000;
+    look.GridStyle = 9;
+    look.GridOn = false;
+    const ChartLook chart = LookOf(look);
+    EXPECT_EQ(chart.lineSize, 1);
+    EXPECT_EQ(chart.markerSize, 40);
+    EXPECT_EQ(chart.gridStyle, 2);
+    EXPECT_FALSE(chart.gridOn);
+    EXPECT_EQ(ColorOf(0x010203), QColor(3, 2, 1));
+}
+
 TEST(ChartLook, CurvesStandOutFromTheirBackground) {
     // White on black is 21 to 1 by definition.
     EXPECT_NEAR(ContrastOf(Qt::white, Qt::black), 21, 1e-9);
     EXPECT_EQ(ReadableOn(Qt::red, Qt::white), QColor(Qt::red));
     for (const QColor& color : {QColor(Qt::yellow), QColor(Qt::black), QColor(0, 0, 255), QColor(31, 0, 31)})
         for (const QColor& background : {QColor(Qt::white), QColor(20, 20, 20)})
-            EXPECT_GE(ContrastOf(ReadableOn(color, background), background), 2.0)
+            EXPECT_GE(ContrastOf(ReadableOn(color, background), background), 3.0)
                 << color.name().toStdString();
 }
 
