@@ -6,7 +6,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -19,12 +18,13 @@
 #include "app/forms/ChannelPanel.h"
 #include "app/forms/FormHelpers.h"
 #include "app/forms/GraphCommands.h"
+#include "app/forms/HelpCommands.h"
 #include "app/forms/InstrumentCommands.h"
 #include "app/forms/ProcessFilesForm.h"
 #include "app/forms/Shell.h"
+#include "app/forms/TerminalCommands.h"
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
-#include "common/Version.h"
 #include "graphs/forms/ChartView.h"
 #include "platform/Paths.h"
 
@@ -74,6 +74,7 @@ MainForm::MainForm(Shell& shell, std::unique_ptr<SerialLine> line)
     setMinimumSize(kMinimumSize);
     auto* middle = new QWidget(this);
     commands_ = std::make_unique<InstrumentCommands>(shell_, *this, operations_);
+    terminal_ = std::make_unique<TerminalCommands>(*this, operations_);
     auto* column = new QVBoxLayout(middle);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -109,8 +110,10 @@ void MainForm::MakeMenus() {
     exit->setObjectName("ExitItem");
 
     commands_->MakeMenu(menuBar());
+    terminal_->MakeMenu(menuBar()->findChild<QMenu*>("Inst_menu"));
     auto* bar = new QToolBar(this);
     commands_->MakeToolBar(bar);
+    terminal_->MakeToolBar(bar);
     addToolBar(bar);
     graph_->MakeMenu(menuBar());
     auto* scales = new QToolBar(this);
@@ -127,20 +130,7 @@ void MainForm::MakeMenus() {
     channelView_->setChecked(FlagFromText(shell_.App().settings.GetSetting("App", "ChannelViewOpen", "1")));
     SetChannelView(channelView_->isChecked());
 
-    QMenu* help = menuBar()->addMenu("&Help");
-    help->setObjectName("Help_menu");
-    QAction* about = help->addAction("&About Marisonde", this, [this] {
-        auto* box =
-            new QMessageBox(QMessageBox::Information, "About Marisonde",
-                            "Marisonde " + QString::fromUtf8(kVersion.data(), kVersion.size()) +
-                                "\n\nLive calibrated graphs of optical instruments in the sea."
-                                "\nFree software under the GNU General Public License, version 3 or later."
-                                "\nBuilt with Qt, QCustomPlot, QCoro and {fmt}.",
-                            QMessageBox::Ok, this);
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->open();
-    });
-    about->setObjectName("AboutItem");
+    (new HelpCommands(*this))->MakeMenu(menuBar());
 }
 
 void MainForm::ShowProcessFiles() {
@@ -173,6 +163,7 @@ void MainForm::Tick() {
     ShowStatus();
     commands_->Update();
     graph_->Update();
+    terminal_->Update();
     shell_.Waiting().ResumeReady();
 }
 

@@ -19,6 +19,7 @@ class GraphCommands;
 class InstrumentCommands;
 class ProcessFilesForm;
 class Shell;
+class TerminalCommands;
 
 /// One data window: the graph as the largest thing, the channels beside it, the instrument's state below.
 class MainForm final : public QMainWindow {
@@ -82,6 +83,7 @@ class MainForm final : public QMainWindow {
     bool mayClose_ = false;
     std::function<void()> insteadOfAsking_;
     std::unique_ptr<InstrumentCommands> commands_;
+    std::unique_ptr<TerminalCommands> terminal_;
     Operations operations_;  ///< dies first: what runs uses everything above
 };
 

@@ -1,17 +1,16 @@
 #include "app/forms/SubMain.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QFileInfo>
 #include <QPointer>
 #include <QTimer>
-#include <QUrl>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <vector>
 
 #include "app/Demonstration.h"
+#include "app/forms/HelpPages.h"
 #include "app/forms/InstrumentCommands.h"
 #include "app/forms/MainForm.h"
 #include "app/forms/Shell.h"
@@ -52,18 +51,6 @@ Question ReleaseNotesQuestion() {
     return {"This appears to be the first time you have run Marisonde version " + std::string(kVersion) +
                 " on this computer.  Would you like to view the release notes (will open a browser window)?",
             "Yes", "No", ""};
-}
-
-/// The notes lie beside the program, or with its tables.
-void OpenReleaseNotes(Dialogs& dialogs) {
-    for (const auto& folder : {ProgramFolder(), DataFolder()}) {
-        const QString path = TextFromPath(folder / "releasenotes.htm");
-        if (!QFileInfo::exists(path)) continue;
-        QDesktopServices::openUrl(QUrl::fromLocalFile(path));
-        return;
-    }
-    dialogs.ShowError("The release notes (releasenotes.htm) were not found in " + ProgramFolder().string() +
-                      ".");
 }
 
 /// Shows a notice in a window, if there is one, and on the terminal: off screen nobody sees the window.
@@ -131,7 +118,7 @@ void AskForReleaseNotes(Program& program, MainForm& form) {
     form.Running().Start("Release notes", [&form](Operation& operation) -> QCoro::Task<> {
         const Question question = ReleaseNotesQuestion();
         const Choice choice = co_await form.Ask().ShowChoiceDialog(operation, question);
-        if (choice == Choice::First && !operation.Cancelled()) OpenReleaseNotes(form.Ask());
+        if (choice == Choice::First && !operation.Cancelled()) OpenHelpPage("releasenotes.htm", form.Ask());
     });
 }
 

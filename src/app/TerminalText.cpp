@@ -1,0 +1,53 @@
+#include "app/TerminalText.h"
+
+#include <array>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "app/FileDialogs.h"
+#include "files/OutputFile.h"
+#include "platform/Operations.h"
+
+namespace marisonde {
+
+namespace {
+
+constexpr std::array kTextFilters{
+    FileFilter{"Text File (*.txt)", "*.txt", "txt"},
+    FileFilter{"All Files (*.*)", "*.*", ""},
+};
+
+FileError Write(const std::string& path, const std::string& text) {
+    DiskFile file;
+    if (FileError error = file.Open(path)) return error;
+    file.Append(text);
+    FileError error = file.Flush();
+    const FileError closing = file.Close();
+    return error ? error : closing;
+}
+
+}  // namespace
+
+QCoro::Task<> SaveTerminalText(Operation& operation, Dialogs& dialogs, std::string text,
+                               std::string proposed) {
+    while (!operation.Cancelled()) {
+        const FileRequest request{FileRequest::Purpose::Save, "Save Terminal Text", proposed, kTextFilters,
+                                  0};
+        const FileChoice choice = co_await dialogs.ChooseFile(operation, request);
+        if (operation.Cancelled() || choice.path.empty()) co_return;
+        const auto filter = static_cast<std::size_t>(choice.filter);
+        proposed = WithExtension(choice.path, kTextFilters.at(filter));
+        std::error_code passedOver;
+        if (std::filesystem::exists(proposed, passedOver)) {
+            const Question question = ReplaceQuestion({proposed});
+            const Choice replace = co_await dialogs.ShowChoiceDialog(operation, question);
+            if (replace != Choice::First) continue;
+        }
+        if (const FileError error = Write(proposed, text))
+            dialogs.ShowError("The text could not be saved as " + proposed + ": " + error.text + ".");
+        co_return;
+    }
+}
+
+}  // namespace marisonde

@@ -1,0 +1,67 @@
+#include "app/forms/TerminalCommands.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QStyle>
+#include <QToolBar>
+#include <QToolButton>
+#include <algorithm>
+
+#include "app/StatusDisplay.h"
+#include "app/WindowTitle.h"
+#include "app/forms/InstrumentCommands.h"
+#include "app/forms/MainForm.h"
+#include "app/forms/TermulatorForm.h"
+
+namespace marisonde {
+
+TerminalCommands::TerminalCommands(MainForm& form, Operations& operations)
+    : QObject(&form), form_(form), operations_(operations), terminal_(new QAction("&Terminal...", this)) {
+    terminal_->setObjectName("Terminal_menu");
+    terminal_->setIconText("Terminal");
+    terminal_->setIcon(
+        QIcon::fromTheme("utilities-terminal", form.style()->standardIcon(QStyle::SP_ComputerIcon)));
+    terminal_->setToolTip("Talk to the instrument by hand (F6)");
+    terminal_->setShortcut(Qt::Key_F6);
+    connect(terminal_, &QAction::triggered, this, &TerminalCommands::ShowTermulator);
+    DataWindow& window = form_.Window();
+    window.Children.push_back({"Term", [&window] { return TerminalTitle(window); },
+                               [this] { return termulator_ && termulator_->isVisible(); },
+                               [this] { ShowTermulator(); }});
+}
+
+TerminalCommands::~TerminalCommands() {
+    if (termulator_ && termulator_->isVisible()) termulator_->SavePlace();
+    delete termulator_.data();
+    std::erase_if(form_.Window().Children, [](const ChildWindow& child) { return child.tag == "Term"; });
+}
+
+void TerminalCommands::MakeMenu(QMenu* instrument) {
+    instrument->addSeparator();
+    instrument->addAction(terminal_);
+}
+
+void TerminalCommands::MakeToolBar(QToolBar* bar) {
+    bar->addAction(terminal_);
+    auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(terminal_));
+    if (button == nullptr) return;
+    button->setObjectName("Termulator_Button");
+    button->setAccessibleName(terminal_->toolTip());
+}
+
+void TerminalCommands::Update() {
+    const auto rules = ItemRules();
+    const auto rule = std::find_if(rules.begin(), rules.end(),
+                                   [](const ItemRule& row) { return row.item == "Terminal_menu"; });
+    if (rule != rules.end())
+        terminal_->setEnabled(ItemEnabled(*rule, StatusFactsOf(form_.Window().Link)) &&
+                              !form_.Commands().Connecting());
+    if (termulator_) termulator_->Refresh();
+}
+
+void TerminalCommands::ShowTermulator() {
+    if (!termulator_) termulator_ = new TermulatorForm(form_.Window(), operations_, form_);
+    termulator_->ShowForm();
+}
+
+}  // namespace marisonde

@@ -1,0 +1,95 @@
+#include <QAction>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMessageBox>
+#include <QRegularExpression>
+#include <QUrl>
+#include <fstream>
+#include <sstream>
+
+#include "app/forms/HelpPages.h"
+#include "app_forms/FormsFixture.h"
+#include "common/Version.h"
+#include "platform/Paths.h"
+#include "support/ScriptedDialogs.h"
+
+namespace marisonde {
+namespace {
+
+/// Stands in for the system's browser.
+class Browser : public QObject {
+    Q_OBJECT
+
+  public:
+    Browser() { QDesktopServices::setUrlHandler("file", this, "Open"); }
+    ~Browser() override { QDesktopServices::unsetUrlHandler("file"); }
+    QStringList shown;
+
+  public slots:
+    void Open(const QUrl& url) { shown << url.toLocalFile(); }
+};
+
+class HelpTest : public FormsFixture {
+  protected:
+    Browser browser;
+};
+
+const std::vector<std::pair<const char*, const char*>> kItems{{"QuickStartItem", "quickstart.htm"},
+                                                              {"ReleaseNotesItem", "releasenotes.htm"},
+                                                              {"AboutSigmaItem", "aboutSigma.htm"},
+                                                              {"AboutbbItem", "aboutbb.htm"}};
+
+TEST_F(HelpTest, EachItemShowsItsPage) {
+    const MainForm* const form = Empty();
+    for (const auto& [item, page] : kItems) {
+        browser.shown.clear();
+        auto* const action = form->findChild<QAction*>(item);
+        ASSERT_NE(action, nullptr) << item;
+        action->trigger();
+        ASSERT_EQ(browser.shown.size(), 1) << item;
+        EXPECT_EQ(QFileInfo(browser.shown[0]).fileName(), page);
+        EXPECT_TRUE(QFileInfo::exists(browser.shown[0])) << browser.shown[0].toStdString();
+    }
+    EXPECT_EQ(form->findChild<QAction*>("QuickStartItem")->shortcut(), QKeySequence(Qt::Key_F1));
+}
+
+TEST_F(HelpTest, AMissingPageIsTold) {
+    ScriptedDialogs dialogs;
+    OpenHelpPage("aboutNothing.htm", dialogs);
+    EXPECT_TRUE(browser.shown.isEmpty());
+    ASSERT_EQ(dialogs.errors.size(), 1U);
+    EXPECT_EQ(dialogs.errors[0], "The help page aboutNothing.htm was not found in " +
+                                     (ProgramFolder() / "Help Files").string() + ".");
+}
+
+TEST_F(HelpTest, PagesNeedNothingFromElsewhere) {
+    static const QRegularExpression kReference("(?:href|src)=\"([^\"]+)\"");
+    for (const auto& [item, page] : kItems) {
+        const std::filesystem::path path = DataFolder() / "help" / page;
+        std::ostringstream text;
+        text << std::ifstream(path, std::ios::binary).rdbuf();
+        auto found = kReference.globalMatch(QString::fromStdString(text.str()));
+        EXPECT_TRUE(found.hasNext()) << page;
+        while (found.hasNext()) {
+            const std::string target = found.next().captured(1).toStdString();
+            EXPECT_TRUE(std::filesystem::exists(path.parent_path() / target)) << page << " wants " << target;
+        }
+    }
+}
+
+TEST_F(HelpTest, AboutTellsVersionLicenceAndLibraries) {
+    const MainForm* const form = Empty();
+    form->findChild<QAction*>("AboutItem")->trigger();
+    const auto* const box = form->findChild<QMessageBox*>("AboutForm");
+    ASSERT_NE(box, nullptr);
+    for (const QString& told :
+         {QString::fromUtf8(kVersion.data(), kVersion.size()), QString("GNU General Public License"),
+          QString("Qt "), QString("QCustomPlot"), QString("QCoro"), QString("{fmt}")})
+        EXPECT_TRUE(box->text().contains(told)) << told.toStdString();
+}
+
+}  // namespace
+}  // namespace marisonde
+
+#include "HelpTest.moc"
