@@ -231,7 +231,7 @@ TEST_F(TermulatorFormTest, ValuesAreChosenAndRemembered) {
     EXPECT_NE(Box(terminal, "Data_Box").find("Beta140 = "), std::string::npos);
     terminal->setGeometry(50, 60, 700, 480);
     terminal->close();
-    EXPECT_EQ(settings.GetSetting("TermulatorForm", "Numerical"), "True");
+    EXPECT_EQ(settings.GetSetting("TermulatorForm", "Numerical", ""), "True");
     MainForm* const other = Scripted();
     TermulatorForm* const second = Terminal(other);
     EXPECT_TRUE(The<QRadioButton>(second, "Numerical")->isChecked());
@@ -317,7 +317,7 @@ TEST_F(TermulatorFormTest, ClosesWithItsWindow) {
     Run(2 * kTick);
     EXPECT_TRUE(shell->Windows().empty());
     EXPECT_TRUE(terminal.isNull());
-    EXPECT_EQ(settings.GetSetting("TermulatorForm", "Left"), "70") << "its place is kept all the same";
+    EXPECT_EQ(settings.GetSetting("TermulatorForm", "Left", ""), "70") << "its place is kept all the same";
 }
 
 }  // namespace
