@@ -129,5 +129,51 @@ TEST_F(LinkWaits, CyclingTheGainModeCanBeStopped) {
     EXPECT_EQ(result, false);
 }
 
+/// How a wait ends before what it waits for has come.
+enum class Ending { Cancelled, WindowClosed, CablePulled };
+
+TEST_F(LinkWaits, EachEndsWithinATickAtAnyMoment) {
+    struct Wait {
+        const char* name;
+        std::function<QCoro::Task<bool>(Operation&)> begin;
+        bool needsLine;
+    };
+    const std::vector<Wait> waits{
+        {"FL", [this](Operation& operation) { return RequestFlStatus(operation, window); }, true},
+        {"output", [this](Operation& operation) { return WaitForOutput(operation, window); }, true},
+        {"mode", [this](Operation& operation) { return SetRawMode(operation, window, true, 3); }, true},
+        {"connect",
+         [this](Operation& operation) { return SendCommandConnected(operation, window, "VER", ""); }, false},
+    };
+    std::function<void()> closed;
+    window.ShowConnectForm = [&](std::function<void()> whenClosed) { closed = std::move(whenClosed); };
+    for (const Wait& wait : waits)
+        for (const Ending ending : {Ending::Cancelled, Ending::WindowClosed, Ending::CablePulled})
+            for (const int ticks : {0, 1, 5, 30}) {
+                if (ending == Ending::CablePulled && !wait.needsLine) continue;
+                line->Open(3, 9600);
+                line->stuckOutput = 1;
+                state.Connected = wait.needsLine;
+                auto owner = std::make_unique<Operations>(
+                    pump, [this](const std::string& name, const std::string& why) {
+                        failures.push_back(name + why);
+                    });
+                result.reset();
+                owner->Start("wait", [this, &wait](Operation& operation) -> QCoro::Task<> {
+                    result = co_await wait.begin(operation);
+                });
+                for (int i = 0; i < ticks; ++i) Tick();
+                ASSERT_FALSE(result) << wait.name << ticks;
+                if (ending == Ending::Cancelled) owner->CancelAll();
+                if (ending == Ending::WindowClosed) owner.reset();
+                if (ending == Ending::CablePulled) line->Vanish();
+                if (ending != Ending::WindowClosed) Tick();
+                EXPECT_EQ(result, false) << wait.name << ticks;
+                EXPECT_TRUE(pump.Idle()) << wait.name << ticks;
+                if (closed) closed();  // the dialog may close behind the operation that opened it
+            }
+    EXPECT_EQ(failures, Lines{});
+}
+
 }  // namespace
 }  // namespace marisonde
