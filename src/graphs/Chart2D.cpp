@@ -1,5 +1,7 @@
 #include "graphs/Chart2D.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -10,11 +12,24 @@ namespace {
 constexpr int kFirstLength = 1000;
 constexpr double kFailed = 1e300;  ///< values from here on stand for arithmetic that failed
 
+void IncludeOne(AxisRange& range, double value) {
+    const bool counts = value > -kFailed && value < kFailed;
+    range.min = counts && value < range.min ? value : range.min;
+    range.max = counts && value > range.max ? value : range.max;
+}
+
 void Include(AxisRange& range, std::span<const double> values, int count) {
-    for (const double value : values.first(static_cast<std::size_t>(count))) {
-        if (!(value > -kFailed && value < kFailed)) continue;
-        if (value < range.min) range.min = value;
-        if (value > range.max) range.max = value;
+    constexpr std::size_t kLanes = 4;  // independent chains: no comparison waits for the last one
+    std::array<AxisRange, kLanes> lanes;
+    lanes.fill(range);
+    const auto drawn = values.first(static_cast<std::size_t>(count));
+    std::size_t i = 0;
+    for (; i + kLanes <= drawn.size(); i += kLanes)
+        for (std::size_t k = 0; k < kLanes; ++k) IncludeOne(lanes[k], drawn[i + k]);
+    for (; i < drawn.size(); ++i) IncludeOne(lanes[0], drawn[i]);
+    for (const AxisRange& lane : lanes) {
+        range.min = std::min(range.min, lane.min);
+        range.max = std::max(range.max, lane.max);
     }
 }
 
