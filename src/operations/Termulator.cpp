@@ -31,6 +31,13 @@ bool IsOneDataLine(std::string_view text) {
     return line.find('\r') == std::string_view::npos && ClassifyLine(line) != LineKind::Other;
 }
 
+/// Starts sampling, with or without an argument. STARTDELAY and the like do not.
+bool StartsSampling(std::string_view command) {
+    constexpr std::string_view kStart = "START";
+    return command.starts_with(kStart) &&
+           (command.size() == kStart.size() || command.find_first_of(" ,0123456789") == kStart.size());
+}
+
 /// The beginning of a data line comes and goes with every tick: it is not shown before it has turned out to
 /// be text.
 bool MayBecomeData(std::string_view text, InstStateCode state) {
@@ -79,6 +86,8 @@ void Termulator::EnterLine() {
     state.GotDirEnd = false;
     state.CurrentCommand = UpperCase(typed_.Text());
     state.SentText = typed_.Text();
+    // What is started by hand is recorded too.
+    if (StartsSampling(state.CurrentCommand) && link_.MayStart) link_.MayStart();
     const std::string rest = typed_.Enter();
     if (catchesUp_ && !link_.PendingOutput.empty())
         link_.QueueOutput(rest + "\r");

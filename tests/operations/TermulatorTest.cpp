@@ -129,6 +129,18 @@ TEST_F(TermulatorTest, APastedLineWaitsForEnter) {
     EXPECT_EQ(link.State.CurrentCommand, "VER");
 }
 
+TEST_F(TermulatorTest, WhatIsStartedByHandIsRecordedToo) {
+    int asked = 0;
+    link.MayStart = [&] {
+        ++asked;
+        return true;
+    };
+    for (const char* line : {"STARTDELAY,5\r", "STOP\r", "\r", "RESTART\r", "STARTNOLOG\r"}) Type(line);
+    EXPECT_EQ(asked, 0);
+    for (const char* line : {"start\r", "START,0\r", "START 1\r", "START0\r"}) Type(line);
+    EXPECT_EQ(asked, 4);
+}
+
 // --- the box of replies
 
 TEST_F(TermulatorTest, ResponseAddFollowsTheLastLine) {
