@@ -26,18 +26,19 @@ constexpr std::array kMarkers{
 };
 
 /// Lengths of full and faint strokes in turn, up to the period.
-constexpr std::array<std::array<int, 6>, kDashPatterns> kStrokes{{
+using Strokes = std::array<int, 8>;
+constexpr std::array<Strokes, kDashPatterns> kStrokes{{
     {32},
     {10, 6, 10, 6},
-    {4, 4, 4, 4, 4, 12},
-    {16, 5, 6, 5},
-    {24, 8},
-    {5, 11, 5, 11},
+    {5, 3, 5, 3, 5, 11},
+    {18, 5, 4, 5},
+    {26, 6},
+    {6, 10, 6, 10},
     {12, 4, 4, 4, 4, 4},
-    {2, 6, 2, 6, 2, 14},
+    {4, 4, 4, 4, 4, 4, 4, 4},
 }};
 
-constexpr std::uint32_t BitsOf(const std::array<int, 6>& strokes) {
+constexpr std::uint32_t BitsOf(const Strokes& strokes) {
     std::uint32_t bits = 0;
     int place = 0;
     for (std::size_t i = 0; i < strokes.size(); ++i)

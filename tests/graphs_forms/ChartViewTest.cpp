@@ -234,6 +234,16 @@ TEST_F(ChartViewTest, OneColourAskedForTwiceIsShownInTwoShades) {
     EXPECT_EQ(view.SampleOf(2, 9), CurveSample()) << "no style, nothing to show";
 }
 
+TEST(ChartLook, BetweenItsStrokesACurveIsFaintButSeen) {
+    for (const QColor& background : {QColor(Qt::white), QColor(20, 20, 20)})
+        for (const QColor& asked : {QColor(Qt::yellow), QColor(0, 0, 255), QColor(178, 0, 0)}) {
+            const QColor full = ReadableOn(asked, background);
+            const QColor faint = FaintOn(full, background);
+            EXPECT_GE(ContrastOf(faint, background), 1.6) << asked.name().toStdString();
+            EXPECT_GE(ContrastOf(full, faint), 1.3) << asked.name().toStdString();
+        }
+}
+
 TEST(ChartLook, SizesAreHeldToWhatCanBeDrawn) {
     GraphLook look;
     look.LineSize = -3;

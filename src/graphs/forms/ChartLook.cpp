@@ -12,7 +12,8 @@ constexpr double kShade = 0.04;
 constexpr double kOtherShade = 0.3;  ///< from a colour that is taken to the next
 constexpr int kOtherShades = 4;
 constexpr int kLeastDifference = 40;  ///< of 255, in the part of two colours that differs most
-constexpr double kFaint = 0.68;
+constexpr double kFaint = 0.64;
+constexpr double kFaintContrast = 1.6;  ///< what is left of a curve between its strokes is still seen
 constexpr int kWidestLine = 20;
 constexpr int kWidestMarker = 40;
 constexpr double kDarkest = 0.18;  ///< luminance up to which a background counts as dark
@@ -91,7 +92,11 @@ QColor DistinctOn(const QColor& color, const QColor& background, const std::vect
 }
 
 QColor FaintOn(const QColor& color, const QColor& background) {
-    return Mixed(color, background, kFaint);
+    for (double share = kFaint; share > 0; share -= kShade)
+        if (const QColor faint = Mixed(color, background, share);
+            ContrastOf(faint, background) >= kFaintContrast)
+            return faint;
+    return color;
 }
 
 ChartColors ColorsFor(const ChartLook& look, const QPalette& palette) {
