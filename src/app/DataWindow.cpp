@@ -123,8 +123,8 @@ void DataWindow::Record(std::string_view chunk) {
 
 void DataWindow::StoreSample() {
     if (!RecordsWhatComes()) return;
-    const auto trouble = Files.WriteSample(Link.State.CurrentSample, Link.CalData.InstType,
-                                           app_.pureWater.WriteBetaColumns, app_.clock.Steady());
+    const auto trouble =
+        Files.WriteSample(Link.State.CurrentSample, Link.CalData.InstType, betaColumns_, app_.clock.Steady());
     if (trouble) Report(*trouble);
 }
 
@@ -238,6 +238,7 @@ void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::s
     request.temporaryFolder = app_.temporaryFolder;
     request.basePath = basePath;
     if (!kind.empty()) WriteRawHeader(request.rawHeader, stamp, kind, Link.State.InstType, &Link.CalData);
+    if (wantDat) betaColumns_ = app_.pureWater.WriteBetaColumns;
     if (wantDat) WriteDatHeader(request.datHeader, stamp, "", Link.CalData, app_.sigma, app_.pureWater);
     if (basePath.empty()) untitledNumber_ = ++app_.untitledFiles;
     recorded_.Opened(Link.State);

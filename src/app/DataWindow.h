@@ -98,8 +98,9 @@ class DataWindow {
     Dialogs& dialogs_;
     std::optional<Converter> converter_;  ///< of CalData while CalReady; none before
     RecordedInstrument recorded_;
-    std::string line_;       ///< the queued line at hand
-    bool lineLost_ = false;  ///< the vanished device has been reported
+    std::string line_;          ///< the queued line at hand
+    bool betaColumns_ = false;  ///< the calibrated file that was begun last has columns of beta
+    bool lineLost_ = false;     ///< the vanished device has been reported
     int untitledNumber_ = 0;
 };
 

@@ -41,6 +41,7 @@ constexpr std::array kSaveGraphics{
 constexpr std::array kOpenCal{kCalFile, kOldCalFile, kAllFiles};
 constexpr std::array kOpenData{kRawOrDat, kRawFile, kDatFile, kAllFiles};
 constexpr std::array kOpenAny{kCalFile, kOldCalFile, kAllFiles, kRawOrDat, kRawFile, kDatFile, kCsvFile};
+constexpr std::array kOpenTable{kCsvFile, kAllFiles};
 
 constexpr std::array<std::string_view, 3> kDataExtensions{"dat", "rmu", "raw"};
 
@@ -149,6 +150,10 @@ std::string WithExtension(const std::string& path, const FileFilter& filter) {
     const std::filesystem::path name(path);
     if (name.has_extension() && name.extension() != ".") return path;
     return std::filesystem::path(name).replace_extension(filter.extension).string();
+}
+
+std::span<const FileFilter> TableFilters() {
+    return kOpenTable;
 }
 
 Question ReplaceQuestion(const std::vector<std::string>& existing) {

@@ -33,6 +33,8 @@ std::span<const FileFilter> SaveFilters(SaveSource source);
 std::span<const FileFilter> CalFilters();
 std::span<const FileFilter> DataFilters();
 std::span<const FileFilter> AllFilters();
+/// The types of the dialogs that open a table of the optical models.
+std::span<const FileFilter> TableFilters();
 
 /// The path, with the extension of the filter when it has none.
 std::string WithExtension(const std::string& path, const FileFilter& filter);

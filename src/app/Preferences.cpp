@@ -111,6 +111,12 @@ void SavePreferences(Settings& settings, const Preferences& prefs) {
     }
 }
 
+void SavePreference(Settings& settings, const Preferences& prefs, std::string_view key) {
+    for (const PrefRow& row : kRows)
+        if (row.section == "App" && row.key == key)
+            settings.SaveSetting(row.section, row.key, std::visit(TextOf{prefs, row.flagText}, row.field));
+}
+
 std::string NewUserNotice() {
     return "The current user profile does not yet have Marisonde preferences.  "
            "This is OK, but note that each user's Marisonde settings are independent.  "

@@ -41,6 +41,8 @@ struct Preferences {
 bool LoadPreferences(Settings& settings, std::string_view programFolder, Preferences& prefs);
 /// Writes every row but `Path`.
 void SavePreferences(Settings& settings, const Preferences& prefs);
+/// Writes the row of that key of section "App" alone.
+void SavePreference(Settings& settings, const Preferences& prefs, std::string_view key);
 /// The notice for a new user.
 std::string NewUserNotice();
 /// Held to kMinGraphPoints..kMaxGraphPoints, as the preferences dialog does.

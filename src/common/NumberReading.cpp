@@ -68,11 +68,16 @@ double Val(std::string_view text) {
     return ReadNumber(text.data(), text.data() + text.size()).value;
 }
 
-double SafeVal(std::string_view text) {
+std::optional<double> StrictNumber(std::string_view text) {
     const std::string_view trimmed = Trim(text);
     const char* last = trimmed.data() + trimmed.size();
     const auto [value, end] = ReadNumber(trimmed.data(), last);
-    return end == last ? value : 0;
+    if (trimmed.empty() || end != last) return std::nullopt;
+    return value;
+}
+
+double SafeVal(std::string_view text) {
+    return StrictNumber(text).value_or(0);
 }
 
 }  // namespace marisonde

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <fmt/format.h>
 
@@ -161,6 +162,25 @@ std::string FixedText(double value, int decimals) {
     if (places > 0) digits.insert(digits.size() - static_cast<std::size_t>(places), 1, '.');
     if (value < 0 && !nothing) digits.insert(digits.begin(), '-');
     return digits;
+}
+
+std::string ScientificText(double value, int decimals) {
+    if (!std::isfinite(value)) return std::string(kSentinelText);
+    const auto length = static_cast<std::size_t>(std::clamp(decimals, 0, 100)) + 1;
+    Digits shortest = value == 0 ? Digits{"0", 1, 1} : ShortestDigits(std::fabs(value));
+    std::string digits(shortest.text, static_cast<std::size_t>(shortest.count));
+    if (digits.size() > length) RoundDigitText(digits, length);
+    if (digits.size() > length) {  // 9.99 has become 10.0
+        digits.pop_back();
+        ++shortest.point;
+    }
+    digits.resize(length, '0');
+    if (length > 1) digits.insert(1, ".");
+    const int exponent = shortest.point - 1;
+    const std::string size = std::to_string(std::abs(exponent));
+    digits += exponent < 0 ? "E-" : "E+";
+    if (size.size() < 2) digits += '0';
+    return (value < 0 ? "-" : "") + digits + size;
 }
 
 }  // namespace marisonde

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -28,7 +29,9 @@ struct LeadingNumber {
 /// The rule of Val over [first, last), for callers that go on behind the number.
 LeadingNumber ReadNumber(const char* first, const char* last);
 
-/// Strict: the whole text (trimmed) must be one number, otherwise 0.
+/// Strict: the whole text (trimmed) must be one number, otherwise none.
+std::optional<double> StrictNumber(std::string_view text);
+/// The same, with 0 for a text that is no number.
 double SafeVal(std::string_view text);
 
 namespace detail {
@@ -86,5 +89,8 @@ std::string NumberText(float value);
 /// Fixed decimals (0 to 100), e.g. FixedText(3.14159, 2) is "3.14"; halves to even on the shortest decimal
 /// text of the value. What is not finite is 1E+308; what rounds to nothing has no sign.
 std::string FixedText(double value, int decimals);
+/// One digit, that many decimals (0 to 100) and an exponent of at least two digits: ScientificText(0.00021,
+/// 2) is "2.10E-04". Rounded as FixedText.
+std::string ScientificText(double value, int decimals);
 
 }  // namespace marisonde

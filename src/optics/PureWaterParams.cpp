@@ -16,6 +16,7 @@ namespace {
 constexpr std::string_view kSection = "bbPrefs";
 constexpr double kReferenceLambda = 525;
 constexpr double kReferenceTheta = 140;
+constexpr float kReferenceExponent = 4.32F;
 
 struct NumberKey {
     std::string_view key;
@@ -70,11 +71,34 @@ double WaterWeight(const PureWaterParams& params, double lambda) {
 
 }  // namespace
 
+std::optional<WaterValues> WaterOfModel(PureWaterChoice choice) {
+    const auto beta = [](bool salt) {
+        return static_cast<double>(Purewater().beta(kReferenceLambda, kReferenceTheta, salt));
+    };
+    const auto bb = [](bool salt) { return Purewater().bb(kReferenceLambda, salt); };
+    const auto values = [](double beta0, double bb0) {
+        return WaterValues{static_cast<float>(kReferenceLambda), static_cast<float>(beta0),
+                           static_cast<float>(bb0), kReferenceExponent};
+    };
+    switch (choice) {
+        case PureWaterChoice::MorelFresh:
+            return values(beta(false), bb(false));
+        case PureWaterChoice::MorelSalt:
+            return values(beta(true), bb(true));
+        case PureWaterChoice::VenmarkRecommended:
+            return values((beta(false) + beta(true)) / 2, (bb(false) + bb(true)) / 2);
+        case PureWaterChoice::Custom:
+        case PureWaterChoice::NoPure:
+            break;
+    }
+    return std::nullopt;
+}
+
 PureWaterParams DefaultPureWaterParams() {
+    const auto water = WaterOfModel(PureWaterChoice::MorelFresh);
     PureWaterParams params;
-    params.beta0 = static_cast<float>(
-        static_cast<double>(Purewater().beta(kReferenceLambda, kReferenceTheta, false)) / 2);
-    params.bb0 = static_cast<float>(Purewater().bb(kReferenceLambda, false) / 2);
+    params.beta0 = water->beta0 / 2;
+    params.bb0 = water->bb0 / 2;
     return params;
 }
 

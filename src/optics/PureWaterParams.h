@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "common/Settings.h"
 
 namespace marisonde {
@@ -24,6 +26,16 @@ struct PureWaterParams {
 
 /// Parameters of a new user: beta0 and bb0 are half of fresh water at 525 nm and 140 degrees.
 PureWaterParams DefaultPureWaterParams();
+/// Water values that a choice of model stands for.
+struct WaterValues {
+    float lambda0;
+    float beta0;
+    float bb0;
+    float gammaLambda;
+};
+/// Those of fresh water, sea water or the mean of both, at 525 nm and 140 degrees; none for the other
+/// choices.
+std::optional<WaterValues> WaterOfModel(PureWaterChoice choice);
 /// Section "bbPrefs". Missing keys give the defaults above; a bad number reads as 0.
 PureWaterParams LoadPureWaterParams(const Settings& settings);
 void SavePureWaterParams(Settings& settings, const PureWaterParams& params);

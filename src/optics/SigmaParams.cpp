@@ -77,11 +77,17 @@ std::optional<float> FromTable(const SpectralTable& table, double lambda) {
     return value;
 }
 
-std::string TableText(double value, const std::string& file) {
-    return value == kSentinel ? file : NumberText(value);
+}  // namespace
+
+SigmaParams DefaultSigmaParams(std::string aStarFile) {
+    SigmaParams params;
+    params.aStarFile = std::move(aStarFile);
+    return params;
 }
 
-}  // namespace
+std::string NumberOrFile(double value, const std::string& file) {
+    return value == kSentinel ? file : NumberText(value);
+}
 
 void LoadSigmaTables(SigmaParams& params) {
     const auto load = [](double value, const std::string& file) {
@@ -121,18 +127,21 @@ void SaveSigmaParams(Settings& settings, const SigmaParams& params) {
     for (const auto& [key, field] : kFlagKeys) {
         settings.SaveSetting(kSection, key, params.*field ? "TRUE" : "FALSE");
     }
-    settings.SaveSetting(kSection, "aStar", TableText(params.aStarValue, params.aStarFile));
-    settings.SaveSetting(kSection, "bTilde", TableText(params.bbTildeValue, params.bbTildeFile));
+    settings.SaveSetting(kSection, "aStar", NumberOrFile(params.aStarValue, params.aStarFile));
+    settings.SaveSetting(kSection, "bTilde", NumberOrFile(params.bbTildeValue, params.bbTildeFile));
 }
 
 std::optional<float> SigmaA(const SigmaParams& params, double lambda, bool includeWater) {
+    return SigmaAInWater(params, lambda, includeWater ? Purewater().a(lambda) : 0);
+}
+
+std::optional<float> SigmaAInWater(const SigmaParams& params, double lambda, double water) {
     double aStar = params.aStarValue;
     if (aStar == kSentinel) {
         const auto value = FromTable(params.aStarTable, lambda);
         if (!value) return std::nullopt;
         aStar = static_cast<double>(*value);
     }
-    const double water = includeWater ? Purewater().a(lambda) : 0;
     const double yellow = 1 + 0.2 * std::exp(-params.gammay * (lambda - 440));
     const double detritus = params.ad400 * std::exp(-params.gammad * (lambda - 400));
     return static_cast<float>((0.06 * aStar * std::pow(params.C, 0.65) + water) * yellow + detritus);

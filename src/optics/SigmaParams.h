@@ -30,6 +30,11 @@ struct SigmaParams {
     bool operator==(const SigmaParams&) const = default;
 };
 
+/// The parameters of a new user; `aStarFile` is the table that comes with the program.
+SigmaParams DefaultSigmaParams(std::string aStarFile);
+/// What a box or a setting shows of a parameter that is a number or, for the sentinel, the file of a table.
+std::string NumberOrFile(double value, const std::string& file);
+
 /// Reads the files that the parameters name, once. Call after aStarFile or bbTildeFile has changed.
 void LoadSigmaTables(SigmaParams& params);
 
@@ -46,6 +51,8 @@ void SaveSigmaParams(Settings& settings, const SigmaParams& params);
 /// Absorption, 1/m, at `lambda` nm of chlorophyll, yellow substance and detritus (form of Morel 1991), with
 /// water if asked. nullopt when the table has no value; the reason is MissingAStarText.
 std::optional<float> SigmaA(const SigmaParams& params, double lambda, bool includeWater);
+/// The same with so much absorption by the water, 1/m.
+std::optional<float> SigmaAInWater(const SigmaParams& params, double lambda, double water);
 /// Backscatter probability at `lambda` nm. nullopt when the table has no value; the reason is
 /// MissingBbTildeText.
 std::optional<double> SigmaBbTilde(const SigmaParams& params, double lambda);

@@ -48,6 +48,12 @@ fs::path DataFolder() {
                             MARISONDE_SOURCE_SHARE});
 }
 
+fs::path TablePath(const char* name) {
+    std::error_code passedOver;
+    const fs::path beside = ProgramFolder() / name;
+    return fs::is_regular_file(beside, passedOver) ? beside : DataFolder() / name;
+}
+
 std::vector<fs::path> TemporaryFolders(const Settings& settings) {
     std::vector<QString> ranked{QString::fromStdString(settings.GetSetting("App", "TempPath")),
                                 qEnvironmentVariable("TEMP"), qEnvironmentVariable("TMP"), QDir::tempPath()};

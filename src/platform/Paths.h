@@ -23,6 +23,9 @@ std::filesystem::path DataFolder();
 /// The first of the folders that holds "aStar.csv"; empty when none does.
 std::filesystem::path DataFolderAmong(const std::vector<std::filesystem::path>& candidates);
 
+/// A table that comes with the program: beside it, or else in the data folder.
+std::filesystem::path TablePath(const char* name);
+
 /// The temporary folder by rank: setting TempPath of section "App", environment TEMP, TMP, the system's
 /// temporary folder, on Windows at last C:\TEMP. Never empty, each folder once; the first is the one to use.
 std::vector<std::filesystem::path> TemporaryFolders(const Settings& settings);

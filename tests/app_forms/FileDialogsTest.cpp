@@ -42,6 +42,8 @@ TEST(FileFilters, OfTheOpenDialogs) {
                                           {"Calibrated Data File (*.dat)", "*.dat"},
                                           {"Comma-separated Values File (*.csv)", "*.csv"}}));
     EXPECT_EQ(RowsOf(CalFilters()).front().first, "Calibration File (*.cal)");
+    EXPECT_EQ(RowsOf(TableFilters()),
+              (Rows{{"Comma-separated Values File (*.csv)", "*.csv"}, {"All Files (*.*)", "*.*"}}));
     EXPECT_EQ(RowsOf(DataFilters()).front().first, "Raw or Calibrated Data (*.raw, *.dat)");
 }
 

@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <QRegularExpression>
 #include <QUrl>
+#include <array>
 #include <fstream>
 #include <sstream>
 
@@ -52,6 +53,25 @@ TEST_F(HelpTest, EachItemShowsItsPage) {
         EXPECT_TRUE(QFileInfo::exists(browser.shown[0])) << browser.shown[0].toStdString();
     }
     EXPECT_EQ(form->findChild<QAction*>("QuickStartItem")->shortcut(), QKeySequence(Qt::Key_F1));
+}
+
+TEST_F(HelpTest, AboutOfAParameterFormShowsItsPage) {
+    const std::vector<std::array<const char*, 3>> forms{
+        {"SigmaParamsItem", "SigmaParamsFormNew", "aboutSigma.htm"},
+        {"PureWaterParamsItem", "bbParamsForm", "aboutbb.htm"}};
+    const MainForm* const window = Empty();
+    for (const auto& [item, name, page] : forms) {
+        browser.shown.clear();
+        window->findChild<QAction*>(item)->trigger();
+        Settle();
+        QDialog* const form = Open(window, name);
+        ASSERT_NE(form, nullptr) << name;
+        form->findChild<QAbstractButton*>("AboutButton")->click();
+        ASSERT_EQ(browser.shown.size(), 1) << name;
+        EXPECT_EQ(QFileInfo(browser.shown[0]).fileName(), page);
+        EXPECT_TRUE(form->isVisible());
+        form->reject();
+    }
 }
 
 TEST_F(HelpTest, AMissingPageIsTold) {

@@ -275,5 +275,27 @@ TEST(FixedText, RoundsTheDecimalValue) {
     EXPECT_EQ(FixedText(kInf, 2), "1E+308");
 }
 
+TEST(ScientificText, HasOneDigitBeforeThePoint) {
+    EXPECT_EQ(ScientificText(0.000166879789, 2), "1.67E-04");
+    EXPECT_EQ(ScientificText(0.0010358, 2), "1.04E-03");
+    EXPECT_EQ(ScientificText(525, 2), "5.25E+02");
+    EXPECT_EQ(ScientificText(0, 2), "0.00E+00");
+    EXPECT_EQ(ScientificText(-1.5, 2), "-1.50E+00");
+    EXPECT_EQ(ScientificText(9.996, 2), "1.00E+01");
+    EXPECT_EQ(ScientificText(0.9996, 2), "1.00E+00");
+    EXPECT_EQ(ScientificText(1.25, 1), "1.2E+00");
+    EXPECT_EQ(ScientificText(7, 0), "7E+00");
+    EXPECT_EQ(ScientificText(1e-300, 2), "1.00E-300");
+    EXPECT_EQ(ScientificText(kInf, 2), "1E+308");
+}
+
+TEST(StrictNumber, WantsTheWholeText) {
+    EXPECT_EQ(StrictNumber(" 1.5E-2 "), 0.015);
+    EXPECT_EQ(StrictNumber("-3"), -3);
+    EXPECT_EQ(StrictNumber("0"), 0);
+    for (const char* text : {"", "  ", "1,5", "1-2", "5 m", "abc", "-", ".", "e5"})
+        EXPECT_EQ(StrictNumber(text), std::nullopt) << text;
+}
+
 }  // namespace
 }  // namespace marisonde

@@ -20,6 +20,7 @@
 #include "app/forms/GraphCommands.h"
 #include "app/forms/HelpCommands.h"
 #include "app/forms/InstrumentCommands.h"
+#include "app/forms/ParameterCommands.h"
 #include "app/forms/ProcessFilesForm.h"
 #include "app/forms/Shell.h"
 #include "app/forms/TerminalCommands.h"
@@ -67,6 +68,7 @@ MainForm::MainForm(Shell& shell, std::unique_ptr<SerialLine> line)
       graph_(new GraphCommands(*this, *chart_)),
       channels_(new ChannelPanel(this)),
       timer_(new QTimer(this)),
+      parameters_(new ParameterCommands(shell, *this)),
       operations_(shell.Waiting(), [this](const std::string& name, const std::string& reason) {
           dialogs_.ShowError(name + " failed: " + reason);
       }) {
@@ -103,6 +105,8 @@ void MainForm::MakeMenus() {
     file->setObjectName("File_menu");
     QAction* process = file->addAction("&Process Files...", this, &MainForm::ShowProcessFiles);
     process->setObjectName("ProcessFilesItem");
+    file->addSeparator();
+    parameters_->AddTo(file);
     file->addSeparator();
     QAction* close = file->addAction("&Close Window", QKeySequence::Close, this, &QWidget::close);
     close->setObjectName("CloseWindowItem");

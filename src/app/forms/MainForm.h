@@ -17,6 +17,7 @@ class ChannelPanel;
 class ChartView;
 class GraphCommands;
 class InstrumentCommands;
+class ParameterCommands;
 class ProcessFilesForm;
 class Shell;
 class TerminalCommands;
@@ -35,6 +36,7 @@ class MainForm final : public QMainWindow {
     [[nodiscard]] FormDialogs& Ask() { return dialogs_; }
     [[nodiscard]] Operations& Running() { return operations_; }
     [[nodiscard]] InstrumentCommands& Commands() { return *commands_; }
+    [[nodiscard]] ParameterCommands& Parameters() { return *parameters_; }
     /// True while a question of its closing stands.
     [[nodiscard]] bool AsksToClose() const { return operations_.Running("Close"); }
     /// The gate of closing: ends what connects, then asks. False: the window stays open.
@@ -71,6 +73,7 @@ class MainForm final : public QMainWindow {
     ChannelPanel* channels_;
     QTimer* timer_;
     QAction* channelView_ = nullptr;
+    ParameterCommands* parameters_;
     ProcessFilesForm* processFiles_ = nullptr;  ///< made when it is first wanted
     struct StatusPanels {
         QLabel* state = nullptr;

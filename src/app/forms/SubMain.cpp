@@ -13,6 +13,7 @@
 #include "app/forms/HelpPages.h"
 #include "app/forms/InstrumentCommands.h"
 #include "app/forms/MainForm.h"
+#include "app/forms/ParameterCommands.h"
 #include "app/forms/Shell.h"
 #include "common/Version.h"
 #include "link/PortTable.h"
@@ -103,10 +104,11 @@ void ShowStartNotices(Program& program, MainForm& form, bool demo) {
     const std::string recovered = RecoveryNotice(program.instance.Recovered());
     if (!recovered.empty()) Tell(&form, recovered);
     if (!program.instance.Problem().empty()) Tell(&form, program.instance.Problem());
-    if (program.missingSigmaFiles > 0)
-        form.Ask().ShowError(
-            "Files needed for sigma correction were not found.  Please check the parameter settings.");
     if (program.newUser && !demo) form.Ask().ShowError(NewUserNotice());
+    if (program.missingSigmaFiles == 0) return;
+    form.Ask().ShowError(
+        "Files needed for sigma correction were not found.  Please check the parameter settings.");
+    form.Parameters().ShowSigmaParams();
 }
 
 /// Asked once for each version; nothing waits for the answer.

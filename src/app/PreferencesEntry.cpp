@@ -1,0 +1,48 @@
+#include "app/PreferencesEntry.h"
+
+#include <array>
+#include <string_view>
+
+#include "app/DataWindow.h"
+#include "common/Numbers.h"
+
+namespace marisonde {
+
+namespace {
+
+constexpr std::array<std::string_view, 5> kSavedAtOnce{"ConnectOnStartup", "NameFilesOnOpen", "UserHeader",
+                                                       "RecallLastCal", "MaxGraphPoints"};
+
+}  // namespace
+
+PreferencesEntry EntryOf(const Preferences& prefs) {
+    PreferencesEntry entry;
+    entry.ConnectOption = prefs.ConnectOnStartup;
+    entry.FileNameOnDetect = prefs.NameFilesOnOpen;
+    entry.HeaderText = prefs.UserHeader;
+    entry.RecallLastCal = prefs.RecallLastCal;
+    entry.MaxGraphPoints = std::to_string(prefs.MaxGraphPoints);
+    entry.ORCA = prefs.ORCA;
+    return entry;
+}
+
+std::string ValidatePreferences(const PreferencesEntry& entry) {
+    if (StrictNumber(entry.MaxGraphPoints)) return "";
+    return "Please enter a numeric value between " + std::to_string(kMinGraphPoints) + " and " +
+           std::to_string(kMaxGraphPoints) + " for the points of a graph.";
+}
+
+void TakePreferences(AppContext& app, const PreferencesEntry& entry) {
+    Preferences& prefs = app.prefs;
+    prefs.ConnectOnStartup = entry.ConnectOption;
+    prefs.NameFilesOnOpen = entry.FileNameOnDetect;
+    prefs.UserHeader = entry.HeaderText;
+    prefs.RecallLastCal = entry.RecallLastCal;
+    prefs.MaxGraphPoints = ClampGraphPoints(SafeVal(entry.MaxGraphPoints));
+    prefs.ORCA = entry.ORCA;
+    for (const std::string_view key : kSavedAtOnce) SavePreference(app.settings, prefs, key);
+    for (DataWindow* window : app.windows)
+        if (window != nullptr) window->Plot.MaxGraphPoints = prefs.MaxGraphPoints;
+}
+
+}  // namespace marisonde
