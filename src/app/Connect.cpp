@@ -46,10 +46,10 @@ void Connector::Form_Load() {
         const bool own = window_.Link.Line().IsOpen() && entry.number == State().PortNumber;
         if (own || PortAvailable(ports, entry.number)) ports_.push_back(entry);
     }
+    std::stable_partition(ports_.begin(), ports_.end(),
+                          [&](const PortEntry& entry) { return entry.number == prefs.Port; });
     for (const PortEntry& entry : ports_) {
-        const auto place =
-            entry.number == prefs.Port ? controls_.CommPort_Box.begin() : controls_.CommPort_Box.end();
-        controls_.CommPort_Box.insert(place, {entry.number, PortText(entry)});
+        controls_.CommPort_Box.push_back({entry.number, PortText(entry)});
         if (entry.number == prefs.Port) controls_.Port = entry.number;
     }
     // With one port there is nothing to choose.
@@ -109,6 +109,10 @@ void Connector::NoteLook(const ConnectionTry& look) {
     controls_.SearchList.push_back("Com " + std::to_string(look.port) + ", " + std::to_string(look.baud) +
                                    ": " + FindingText(look));
     if (look.Found()) SetInstrumentTypeBox();
+    if (look.finding == Finding::Unidentified)
+        unidentified_ = "On port " + std::to_string(look.port) + " at " + std::to_string(look.baud) +
+                        " baud an instrument answers that calls itself " + look.model +
+                        ".  It can be opened without identifying it.";
     if (OnChanged) OnChanged();
 }
 
@@ -171,6 +175,7 @@ void Connector::BeginAttempt() {
     State().Connected = false;
     State().InstType = InstTypeCode::Unknown;
     controls_.SearchList.clear();
+    unidentified_.clear();
     Update_Status();
     Status("Connecting");
 }
@@ -226,13 +231,13 @@ QCoro::Task<bool> Connector::AskTryAgain(Operation& operation) {
 
 /// What the user is told when nothing was found; empty when nothing is to be said.
 std::string Connector::NotConnectedText(bool search) {
-    if (search) return std::string(kNoInstrument);
+    if (search) return Behind(std::string(kNoInstrument), unidentified_);
     const std::string port = "Port " + std::to_string(lastLook_.port);
     const std::string remedy = PortRemedy(lastLook_.error, Device(lastLook_.port));
     if (lastLook_.finding == Finding::StoppedWorking)
         return Behind(port + " has stopped working: " + lastLook_.error.text + ".", remedy);
     if (lastLook_.error) return Behind(port + " could not be opened. " + lastLook_.error.text, remedy);
-    return Visible ? std::string(kNoInstrument).append(kSecondAttempt) : "";
+    return Visible ? Behind(std::string(kNoInstrument).append(kSecondAttempt), unidentified_) : "";
 }
 
 void Connector::NotConnected(bool search) {

@@ -110,8 +110,9 @@ class Connector {
 
     DataWindow& window_;
     ConnectControls controls_;
-    std::vector<PortEntry> ports_;  ///< behind the rows, by number: the order of a search
+    std::vector<PortEntry> ports_;  ///< behind the rows, in their order, which is that of a search
     ConnectionTry lastLook_;
+    std::string unidentified_;    ///< where an instrument of no known name answered; empty: nowhere
     bool connectedOnce_ = false;  ///< since the dialog was opened
 };
 

@@ -84,13 +84,19 @@ bool OpenUnidentified(DataWindow& window, const Lost& lost) {
     return true;
 }
 
-void TellOther(DataWindow& window, const Lost& lost) {
-    DataWindowState& state = window.Link.State;
-    const std::string now = state.InstModelName + " " + state.InstSerial;
+/// Whatever answered meanwhile: the window stays that of the instrument it has lost.
+void CloseAs(DataWindow& window, const Lost& lost) {
     ClosePort(window.Link);
+    DataWindowState& state = window.Link.State;
     state.InstType = lost.type;
     state.InstModelName = lost.model;
     state.InstSerial = lost.serial;
+}
+
+void TellOther(DataWindow& window, const Lost& lost) {
+    const DataWindowState& state = window.Link.State;
+    const std::string now = state.InstModelName + " " + state.InstSerial;
+    CloseAs(window, lost);
     std::string text = "Another instrument (" + now + ") answers on port " + std::to_string(lost.port) +
                        " in place of " + lost.model + " " + lost.serial +
                        ".  The connection is closed.  Use Connect to work with it.";
@@ -132,8 +138,7 @@ QCoro::Task<> ConnectAgain(Operation& operation, DataWindow& window) {
             Restart(window, lost);
             co_return;
         }
-        ClosePort(window.Link);
-        state.InstType = lost.type;
+        CloseAs(window, lost);
         const bool goOn = co_await Pause(operation, window, kAskAgain);
         if (!goOn) co_return;
     }

@@ -1,9 +1,13 @@
 #include "link/Connection.h"
 
 #include <algorithm>
+#include <span>
 
+#include "common/InstTypes.h"
 #include "common/Numbers.h"
 #include "link/Commands.h"
+#include "link/ReplyParsers.h"
+#include "link/ReplyText.h"
 
 namespace marisonde {
 
@@ -17,6 +21,7 @@ constexpr std::array kFindingWords{
     FindingWord{Finding::Found, "found"},
     FindingWord{Finding::Silent, "silent"},
     FindingWord{Finding::NoInstrument, "heard something that is not an instrument"},
+    FindingWord{Finding::Unidentified, "answers, a model that cannot be identified"},
     FindingWord{Finding::Busy, "busy, another program or window uses it"},
     FindingWord{Finding::Denied, "permission denied"},
     FindingWord{Finding::Missing, "the device is not there"},
@@ -112,6 +117,17 @@ QCoro::Task<bool> AwaitIdentity(Operation& operation, InstrumentLink& window) {
     co_return state.GotIdReply && !ended();
 }
 
+/// What an instrument calls its model in an identification that fits none of those known; empty without one.
+std::string UnknownModel(DataWindowState& state) {
+    const std::span<std::string> lines = ReplyLines(state);
+    const auto heading = std::find_if(lines.begin(), lines.end(),
+                                      [](const std::string& line) { return Holds(line, "Identification:"); });
+    if (lines.end() - heading < 2) return {};
+    const InstTypeCode type = InstTypeFromName(ModelFromReply(*(heading + 1)));
+    const bool named = type < InstTypeCode::Unknown && type != InstTypeCode::XTidal;
+    return named ? std::string() : std::string(TextBehind(*(heading + 1), ": "));
+}
+
 ConnectionTry EndWithout(const Operation& operation, InstrumentLink& window, ConnectionTry look) {
     window.State.Connected = false;
     window.State.CurrentCommand.clear();
@@ -121,7 +137,10 @@ ConnectionTry EndWithout(const Operation& operation, InstrumentLink& window, Con
         look.finding = Finding::StoppedWorking;
         look.error = window.Line().LastError();
     } else {
-        look.finding = window.State.DataArrived ? Finding::NoInstrument : Finding::Silent;
+        look.model = UnknownModel(window.State);
+        look.finding = !look.model.empty()        ? Finding::Unidentified
+                       : window.State.DataArrived ? Finding::NoInstrument
+                                                  : Finding::Silent;
     }
     return look;
 }
@@ -157,7 +176,7 @@ std::string FindingText(const ConnectionTry& look) {
         std::find_if(kFindingWords.begin(), kFindingWords.end(),
                      [&](const FindingWord& word) { return word.finding == look.finding; });
     std::string text(row->word);
-    if (look.Found()) text = look.model + " " + text;
+    if (!look.model.empty()) text = look.model + " " + text;
     if (look.finding == Finding::CouldNotOpen && look.error) text += ": " + look.error.text;
     return text;
 }

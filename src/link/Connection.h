@@ -27,6 +27,7 @@ enum class Finding {
     Found,
     Silent,          ///< opened, and nothing was heard
     NoInstrument,    ///< something was heard that does not identify itself
+    Unidentified,    ///< an instrument answered, of a model that has no name among those known
     Busy,            ///< another program or window has the port
     Denied,          ///< the user may not open it
     Missing,         ///< there is no such device (any more)
@@ -41,7 +42,7 @@ struct ConnectionTry {
     int baud = 0;
     Finding finding = Finding::Silent;
     LineError error;
-    std::string model;  ///< when found
+    std::string model;  ///< when found, its full name; when unidentified, what it calls itself
     [[nodiscard]] bool Found() const { return finding == Finding::Found; }
 };
 

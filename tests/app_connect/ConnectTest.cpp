@@ -149,6 +149,40 @@ TEST_F(ConnectFixture, SearchFindsPortAndRate) {
     EXPECT_EQ(connector->Controls().Instrument_Box, InstTypeCode::Delph4);
 }
 
+TEST_F(ConnectFixture, ASearchBeginsWithTheLastGoodPort) {
+    for (const int port : {2, 3, 5}) ports.Add(port);
+    app.prefs.Port = 5;
+    Open();
+    PressSearch();
+    ASSERT_TRUE(Finish());
+    const auto& list = connector->Controls().SearchList;
+    ASSERT_EQ(list.size(), 15u);
+    EXPECT_EQ(list[0], "Com 5, 19200: silent");
+    EXPECT_EQ(list[5], "Com 2, 19200: silent");
+    EXPECT_EQ(list[14], "Com 3, 4800: silent");
+}
+
+TEST_F(ConnectFixture, AnInstrumentWithoutAKnownNameIsToldWithTheWayToUseIt) {
+    Teach(Model::LTidal).replies["ID"][1] = "Model: X-Tidal";
+    const std::string told =
+        "  On port 3 at 19200 baud an instrument answers that calls itself X-Tidal.  It can be opened "
+        "without "
+        "identifying it.";
+    Open();
+    PressSearch();
+    ASSERT_TRUE(Finish());
+    ASSERT_EQ(dialogs.errors.size(), 1u);
+    EXPECT_EQ(dialogs.errors[0], "No instrument was detected." + told);
+    connector->SelectBaud(19200);
+    ASSERT_TRUE(ConnectAndFinish());
+    ASSERT_EQ(dialogs.errors.size(), 2u);
+    EXPECT_TRUE(dialogs.errors[1].ends_with("be sure the port and baud rate are correct." + told));
+    // At a rate at which nothing answers there is nothing of the kind to say.
+    connector->SelectBaud(4800);
+    ASSERT_TRUE(ConnectAndFinish());
+    EXPECT_TRUE(dialogs.errors[2].ends_with("be sure the port and baud rate are correct."));
+}
+
 TEST_F(ConnectFixture, SearchWithoutSuccessSaysSo) {
     ports.Add(2);
     Open();

@@ -13,7 +13,7 @@ class EveryModel : public CrossBench, public testing::WithParamInterface<int> {
         Plug(Model(), options);
         // Hosts have no name for an x-Tidal; its port is opened without identifying it.
         if (Model() == sim::Model::XTidal) {
-            EXPECT_EQ(Connect(), Finding::NoInstrument);
+            EXPECT_EQ(Connect(), Finding::Unidentified);
             return Open();
         }
         EXPECT_EQ(Connect(), Finding::Found);

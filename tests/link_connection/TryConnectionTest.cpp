@@ -219,6 +219,19 @@ TEST_F(ConnectionBench, NoiseIsNotAnInstrument) {
     EXPECT_EQ(endedAt, 3000ms);
 }
 
+TEST_F(ConnectionBench, AModelWithoutAKnownNameIsToldByWhatItCallsItself) {
+    for (const char* const name : {"X-Tidal", "Orca-9"}) {
+        result.reset();
+        replies["ID"] = DelphId();
+        replies["ID"][1] = std::string("Model: ") + name;
+        Begin();
+        ASSERT_TRUE(Finish());
+        EXPECT_EQ(result->finding, Finding::Unidentified);
+        EXPECT_EQ(FindingText(*result), std::string(name) + " answers, a model that cannot be identified");
+        EXPECT_FALSE(state.Connected);
+    }
+}
+
 // --- failures and stops ----------------------------------------------------------------------------------
 
 TEST_F(ConnectionBench, APortThatDoesNotOpenSaysWhy) {

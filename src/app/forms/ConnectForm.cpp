@@ -97,6 +97,8 @@ void ConnectForm::MakeButtons() {
     autoDetect_ = MakeButton(this, "AutoDetect", "&Search");
     cancel_ = MakeButton(this, "Cancel", "Cancel");
     ok_->setDefault(true);
+    noQuery_->setToolTip("For instruments that do not say what they are: choose the model above");
+    instrument_->setToolTip("Found by itself, unless the port is opened without identifying the instrument");
     autoDetect_->setToolTip("Look for an instrument at all ports and rates");
     connect(ok_, &QPushButton::clicked, this, &ConnectForm::PressOk);
     connect(autoDetect_, &QPushButton::clicked, this, &ConnectForm::PressAutoDetect);
