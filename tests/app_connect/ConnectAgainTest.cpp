@@ -164,6 +164,7 @@ TEST_F(PulledCable, ASearchPastOtherInstrumentsLeavesTheFilesAlone) {
     Connected();
     const std::string before = RawFile();
     Talker& other = ports.Add(1);
+    app.prefs.Port = 1;  // where a search begins
     connector->Form_Load();
     PressSearch();
     for (int tick = 0; tick < 100; ++tick) {
