@@ -67,7 +67,8 @@ class ClickerTest : public FormsFixture, public testing::WithParamInterface<unsi
                          [this, gone = &window] { listened.erase(gone); });
         window.Link.OnChunk = [&window, &received, write = window.Link.OnChunk](std::string_view chunk) {
             const auto& log = window.Files.State().rawTemporary;
-            const bool open = window.Files.IsOpen(DataFileKind::Raw);
+            // What another instrument sends than that of the log is not for the log; the user was told.
+            const bool open = window.Files.IsOpen(DataFileKind::Raw) && window.RecordsWhatComes();
             std::error_code passedOver;
             const auto size = open ? std::filesystem::file_size(log, passedOver) : 0;
             if (size < received.logSize || !open) received.bytes.clear();  // another log than before
