@@ -2,14 +2,13 @@
 
 #include <chrono>
 
+#include "simulator/Dates.h"
 #include "simulator/FieldText.h"
 #include "simulator/Models.h"
 
 namespace marisonde::simulator {
 
 namespace {
-
-constexpr std::int64_t kFrom1970To1980 = 315532800;  // ten years with two leap days
 
 std::string TwoDigits(std::int64_t value) {
     return (value < 10 ? "0" : "") + std::to_string(value);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "simulator/Arithmetic.h"
 #include "simulator/FieldText.h"
 
 namespace marisonde::simulator {
@@ -16,10 +17,6 @@ constexpr int kRefOff = 905;
 constexpr int kSigOff = 512;
 constexpr int kBackupTenthsOfVolt = 31;
 
-int Rounded(double value) {
-    return static_cast<int>(std::lround(value));
-}
-
 /// Light of the day falls off with depth and reaches the receivers a little.
 int Background(const WaterState& water) {
     return Rounded(140 * std::exp(-water.depthM / 12));
@@ -28,11 +25,6 @@ int Background(const WaterState& water) {
 int BatteryTenths(Nanos sinceOn) {
     const double hours = std::chrono::duration<double, std::ratio<3600>>(sinceOn).count();
     return Rounded(10 * std::max(9.5, 12.6 - 0.03 * hours));
-}
-
-void AppendCsv(std::string& out, std::int64_t value) {
-    out += ',';
-    AppendInteger(out, value);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "simulator/Arithmetic.h"
 #include "simulator/FieldText.h"
 
 namespace marisonde::simulator {
@@ -13,15 +14,6 @@ constexpr double kReference = 1'842'000;  // counts
 constexpr double kSignalNoise = 0.0004;
 constexpr int kHundredthsOfVolt = 1184;
 constexpr int kIgnoredFields = 5;
-
-int Rounded(double value) {
-    return static_cast<int>(std::lround(value));
-}
-
-void AppendCsv(std::string& out, std::int64_t value) {
-    out += ',';
-    AppendInteger(out, value);
-}
 
 }  // namespace
 

@@ -1,3 +1,4 @@
+#include "simulator/Arithmetic.h"
 #include "simulator/CalWriter.h"
 #include "simulator/Delph.h"
 
@@ -43,12 +44,6 @@ const DelphCalibration kFathom{
     .channels = {Beam("c(470)", 470, 0.1, 0.8924), Beam("c(530)", 530, 0.1, 0.9017)},
 };
 
-double Value(const std::array<double, 6>& coefficients, double x) {
-    double sum = 0;
-    for (auto it = coefficients.rbegin(); it != coefficients.rend(); ++it) sum = sum * x + *it;
-    return sum;
-}
-
 void WriteBeam(CalWriter& out, const DelphChannel& channel, int number) {
     out.Section("Attenuation " + std::to_string(number));
     out.Text("Name", channel.name);
@@ -76,11 +71,12 @@ const DelphCalibration& DelphCalibrationOf(Model model) {
 }
 
 double ClearRatio(const DelphChannel& channel, double tempC, double pressure) {
-    const double byTemp = Value(channel.tempPoly, tempC) / Value(channel.tempPoly, channel.tempPureWater);
+    const double byTemp =
+        Polynomial(channel.tempPoly, tempC) / Polynomial(channel.tempPoly, channel.tempPureWater);
     double byPressure = 1;
     if (pressure > channel.P2)
-        byPressure = (1 + channel.pressureScale) * Value(channel.pressurePoly, pressure) /
-                     Value(channel.pressurePoly, channel.P2);
+        byPressure = (1 + channel.pressureScale) * Polynomial(channel.pressurePoly, pressure) /
+                     Polynomial(channel.pressurePoly, channel.P2);
     else if (pressure > channel.P1)
         byPressure = 1 + channel.pressureScale * (pressure - channel.P1) / (channel.P2 - channel.P1);
     return channel.tau0 * byPressure * byTemp;

@@ -54,6 +54,11 @@ void AppendInteger(std::string& out, std::int64_t value) {
     out += Converted(value);
 }
 
+void AppendCsv(std::string& out, std::int64_t value) {
+    out += ',';
+    AppendInteger(out, value);
+}
+
 void AppendFixed(std::string& out, double value, int decimals) {
     out += Converted(value, std::chars_format::fixed, decimals);
 }

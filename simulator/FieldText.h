@@ -18,6 +18,8 @@ void AppendSignedHex(std::string& out, std::int64_t value, int digits);
 /// Appends the sum modulo 256 of what `out` holds from `lineStart` (the "*") on, as two hexadecimal digits.
 void AppendChecksum(std::string& out, std::size_t lineStart, ChecksumStyle style);
 void AppendInteger(std::string& out, std::int64_t value);
+/// The same behind a comma.
+void AppendCsv(std::string& out, std::int64_t value);
 /// With exactly `decimals` digits behind the point.
 void AppendFixed(std::string& out, double value, int decimals);
 /// Shortest text of at most six significant digits, exponent with an upper-case E.

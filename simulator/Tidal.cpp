@@ -3,28 +3,19 @@
 #include <algorithm>
 #include <cmath>
 
+#include "simulator/Arithmetic.h"
+#include "simulator/Dates.h"
 #include "simulator/FieldText.h"
 
 namespace marisonde::simulator {
 
 namespace {
 
-constexpr std::int64_t kFrom1970To1980 = 315532800;
 constexpr double kSignalNoise = 0.004;
 constexpr double kTransNoise = 120;  // counts of 24 bits
 constexpr double kScale = 0.00382;   // degrees or volts per count of the extra values
 constexpr double kVolts = 11.8;
 constexpr double kDriveVolts = 2.65;
-
-int Rounded(double value) {
-    return static_cast<int>(std::lround(value));
-}
-
-double Polynomial(const std::array<double, 6>& coefficients, double x) {
-    double sum = 0;
-    for (auto it = coefficients.rbegin(); it != coefficients.rend(); ++it) sum = sum * x + *it;
-    return sum;
-}
 
 int BetaBackground(const WaterState& water) {
     return Rounded(90 * std::exp(-water.depthM / 12));
@@ -134,10 +125,8 @@ void Tidal::AppendDecimalSample(std::string& out, const Moment& moment) {
     out += '.';
     if (moment.hundredths < 10) out += '0';
     AppendInteger(out, moment.hundredths);
-    for (const int value : {sample_.beta, sample_.gain, sample_.trans, sample_.pressure}) {
-        out += ',';
-        AppendInteger(out, value);
-    }
+    for (const int value : {sample_.beta, sample_.gain, sample_.trans, sample_.pressure})
+        AppendCsv(out, value);
     out += ',';
     AppendFixed(out, sample_.tempC, 1);
     if (!full) return;
@@ -146,10 +135,7 @@ void Tidal::AppendDecimalSample(std::string& out, const Moment& moment) {
         out += ',';
         AppendFixed(out, value, 2);
     }
-    for (const int value : {BetaBackground(water), TransBackground(water)}) {
-        out += ',';
-        AppendInteger(out, value);
-    }
+    for (const int value : {BetaBackground(water), TransBackground(water)}) AppendCsv(out, value);
     for (const double value : {water.tempC + 1.2, water.tempC + 2.1}) {
         out += ',';
         AppendFixed(out, value, 2);

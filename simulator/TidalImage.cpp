@@ -3,6 +3,7 @@
 #include <bit>
 #include <cmath>
 
+#include "simulator/Dates.h"
 #include "simulator/FieldText.h"
 #include "simulator/Tidal.h"
 
@@ -14,7 +15,6 @@ constexpr std::size_t kImageSize = 128;
 constexpr int kAbsorption = 0xA0, kAttenuation = 0xC0;
 constexpr double kDepthUnitM = 20;
 constexpr double kDepthScale = 20000;
-constexpr std::int64_t kFrom1970To1980 = 315532800;  // ten years with two leap days
 
 /// Puts values at positions counted from 1.
 class Image {
