@@ -20,14 +20,18 @@ bool CarriesSupply(LineKind kind) {
     return std::find(kKindsWithSupply.begin(), kKindsWithSupply.end(), kind) != kKindsWithSupply.end();
 }
 
-std::string_view WithoutLineEnds(std::string_view text) {
-    const std::size_t begin = text.find_first_not_of("\r\n");
-    if (begin == std::string_view::npos) return "";
-    return text.substr(begin, text.find_last_not_of("\r\n") - begin + 1);
+/// The text of one line as it was cut from the input: without the line feed that came behind the carriage
+/// return of the line before, and without its own end.
+std::string_view LineOf(std::string_view text) {
+    if (text.starts_with('\r')) text.remove_prefix(1);
+    if (text.starts_with('\n')) text.remove_prefix(1);
+    if (text.ends_with('\n')) text.remove_suffix(1);
+    if (text.ends_with('\r')) text.remove_suffix(1);
+    return text;
 }
 
 bool IsOneDataLine(std::string_view text) {
-    const std::string_view line = WithoutLineEnds(text);
+    const std::string_view line = LineOf(text);
     return line.find('\r') == std::string_view::npos && ClassifyLine(line) != LineKind::Other;
 }
 
@@ -162,6 +166,7 @@ void Termulator::AddReply(std::string_view line) {
 void Termulator::AddData(LineKind kind, const Converter* converter, const TerminalView& view) {
     DropPartialLine();
     ResponseRemoveDataLines();
+    ResponseClearLastLine();
     ReadDataLine(kind, converter, view);
     line_ += "\r\n";
     AddLineToDataBox(line_);
@@ -188,7 +193,7 @@ void Termulator::ReadDataLine(LineKind kind, const Converter* converter, const T
 
 std::string_view Termulator::PartialLine() const {
     if (link_.State.DumpActive) return "";
-    const std::string_view text = WithoutLineEnds(link_.State.InputText.Text().substr(0, kMaxPartialShown));
+    const std::string_view text = link_.State.InputText.Text().substr(0, kMaxPartialShown);
     return MayBecomeData(text, link_.State.InstState) ? "" : text;
 }
 

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <memory>
+#include <random>
 #include <utility>
 
 #include "link/InputLoop.h"
@@ -325,6 +326,65 @@ TEST_F(TermulatorTest, AThousandLinesInOneTickAreAllTaken) {
     EXPECT_EQ(link.TermQueue.size(), 0);
     EXPECT_TRUE(Replies().starts_with("line 0\r\nline 1\r\n")) << Replies().substr(0, 40);
     EXPECT_TRUE(Replies().ends_with("\r\nline 998\r"));
+}
+
+/// What instruments send, whole, damaged and in the middle of each other.
+std::string Babble(std::mt19937& random, std::size_t length) {
+    const std::vector<std::string> pieces{"ready\r\n",
+                                          "\r",
+                                          "\n",
+                                          "Yes to erase?",
+                                          "stopped\r\n",
+                                          "sleeping\r\n",
+                                          "*",
+                                          "1,2,3",
+                                          ",",
+                                          "12345",
+                                          Commas(5) + "\r\n",
+                                          Commas(11) + "\r\n",
+                                          Commas(54) + "\r",
+                                          "\b \b",
+                                          std::string(1, '\0'),
+                                          "\xff\xfe",
+                                          WithChecksum("*D" + std::string(56, '0')) + "\r\n",
+                                          WithChecksum("*H" + std::string(130, '1')) + "\r"};
+    std::string text;
+    while (text.size() < length) text += pieces[random() % pieces.size()];
+    return text;
+}
+
+TEST_F(TermulatorTest, PiecesDoNotMatter) {
+    std::mt19937 random(85);
+    for (int round = 0; round < 200; ++round) {
+        const std::string text = Babble(random, 2000);
+        std::vector<std::string> results;
+        for (const std::size_t piece : {std::size_t{1}, std::size_t{7}, std::size_t{400}, text.size()}) {
+            terminal.ResponseClear();
+            terminal.DataClear();
+            link.State.InputText.Clear();
+            link.State.InstState = InstStateCode::Stopped;
+            for (std::size_t i = 0; i < text.size(); i += piece)
+                Arrive(std::string_view(text).substr(i, piece));
+            results.push_back(Replies() + "|" + Data());
+        }
+        for (const std::string& result : results) ASSERT_EQ(result, results.front()) << "round " << round;
+    }
+}
+
+TEST_F(TermulatorTest, WhateverComesTheBoxesStayBounded) {
+    std::mt19937 random(27);
+    for (int tick = 0; tick < 3000; ++tick) {
+        Arrive(Babble(random, 1 + random() % 3000));
+        if (random() % 4 == 0) terminal.KeyPress(static_cast<char>(random() % 256));
+        if (random() % 50 == 0) terminal.ResponseClear();
+        link.PendingOutput.clear();
+        ASSERT_LE(Replies().size(), Termulator::kMaxResponse);
+        ASSERT_LE(Data().size(), Termulator::kMaxData);
+        ASSERT_LE(terminal.LastLineStart(), Replies().size());
+        if (terminal.LastLineStart() > 0) {
+            ASSERT_EQ(Replies()[terminal.LastLineStart() - 1], '\r');
+        }
+    }
 }
 
 TEST_F(TermulatorTest, BothBoxesAreSaved) {
