@@ -15,6 +15,7 @@ constexpr std::size_t kImageSize = 128;
 constexpr int kAbsorption = 0xA0, kAttenuation = 0xC0;
 constexpr double kDepthUnitM = 20;
 constexpr double kDepthScale = 20000;
+constexpr int kBandUnit = 1024;  // the bandwidth stands above ten bits of wavelength
 
 /// Puts values at positions counted from 1.
 class Image {
@@ -110,7 +111,7 @@ void PutGeneral(Image& image, const TidalCalibration& cal, const ModelInfo& info
 }
 
 std::int64_t Band(double lambdaNm, double bandNm) {
-    return std::lround(lambdaNm) + 1024 * std::lround(bandNm);
+    return std::lround(lambdaNm) + kBandUnit * std::lround(bandNm);
 }
 
 void PutScattering(Image& image, const TidalCalibration& cal) {
@@ -177,10 +178,18 @@ void ReadGeneral(const ImageReader& image, Model model, TidalImageContent& conte
     cal.depthCoeff1 = image.SignedWord(35) / kDepthScale;
 }
 
+/// The two halves of what Band() makes.
+int LambdaOf(int word) {
+    return word % kBandUnit;
+}
+int BandOf(int word) {
+    return word / kBandUnit;
+}
+
 void ReadScattering(const ImageReader& image, TidalImageContent& content) {
     TidalCalibration& cal = content.cal;
-    cal.lambdaNm = image.Word(39) % 1024;
-    cal.bandNm = image.Word(39) / 1024;
+    cal.lambdaNm = LambdaOf(image.Word(39));
+    cal.bandNm = BandOf(image.Word(39));
     for (std::size_t i = 0; i < cal.gains.size(); ++i) cal.gains[i] = image.Decimal(41 + 2 * i);
     cal.dark[0] = image.Byte(51);
     cal.dark[1] = image.Byte(52);
@@ -196,8 +205,8 @@ void ReadScattering(const ImageReader& image, TidalImageContent& content) {
 
 void ReadAttenuation(const ImageReader& image, TidalCalibration& cal) {
     constexpr double kLargestAbsorption = 100;
-    cal.kLambdaNm = image.Word(73) % 1024;
-    cal.kBandNm = image.Word(73) / 1024;
+    cal.kLambdaNm = LambdaOf(image.Word(73));
+    cal.kBandNm = BandOf(image.Word(73));
     cal.dark24 = image.Count(78, 75, 76);
     cal.pure24 = image.Count(79, 80, 77);
     cal.kCalTemp = image.Decimal(81);
