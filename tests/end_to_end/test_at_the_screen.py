@@ -9,7 +9,7 @@ import programs
 import screen
 
 ABSENT = screen.missing()
-SIDE_BY_SIDE = 3
+SIDE_BY_SIDE = 5
 
 
 @unittest.skipIf(ABSENT, "there is no screen to look at: " + " and ".join(ABSENT) + " is not installed")
