@@ -1,4 +1,7 @@
+#include <array>
+#include <bit>
 #include <charconv>
+#include <cstring>
 #include <system_error>
 
 #include "common/ConversionUtils.h"
@@ -30,25 +33,100 @@ LeadingNumber ReadLongDecimal(const char* start, const char* last) {
     return {error == std::errc{} ? value : 0.0, end};
 }
 
-/// Short numbers, nearly all that instruments send: a whole mantissa and one exact division round only once.
-LeadingNumber ReadDecimal(const char* start, const char* last) {
-    std::uint64_t mantissa = 0;
-    const char* p = start;
-    for (; p != last && IsDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
-    auto digits = p - start;
-    std::ptrdiff_t decimals = 0;
-    if (p != last && *p == '.') {
-        const char* fraction = ++p;
-        for (; p != last && IsDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
-        decimals = p - fraction;
-        digits += decimals;
+/// Digits read so far as one whole number. More than kMaxExactDigits of them overflow it, which their count
+/// tells.
+struct DigitRun {
+    std::uint64_t value = 0;
+    std::ptrdiff_t count = 0;
+};
+
+constexpr std::array<std::uint64_t, 9> kWholePowers{1,      10,      100,      1000,     10000,
+                                                    100000, 1000000, 10000000, 100000000};
+
+/// The digits at the start of 8 characters, without a branch for each: numbers in a line have any length, and
+/// a processor guesses it wrong each time. Returns how many they are, 0 to 8.
+inline int TakeDigitsOf8(const char* p, DigitRun& digits) {
+    constexpr std::uint64_t kEach = 0x0101010101010101;
+    std::uint64_t chunk = 0;
+    std::memcpy(&chunk, p, sizeof chunk);
+    chunk ^= kEach * '0';
+    const std::uint64_t others = (((chunk & (kEach * 0x7F)) + kEach * 0x76) | chunk) & (kEach * 0x80);
+    const int count = others == 0 ? 8 : std::countr_zero(others) / 8;
+    if (count == 0) return 0;
+    chunk <<= 64 - 8 * count;  // what is not a digit makes room for zeros in front
+    chunk = chunk * 10 + (chunk >> 8);
+    constexpr std::uint64_t kPairs = 0x000000FF000000FF;
+    chunk = ((chunk & kPairs) * 0x000F424000000064 + (chunk >> 16 & kPairs) * 0x0000271000000001) >> 32;
+    digits.value = digits.value * kWholePowers[static_cast<std::size_t>(count)] + chunk;
+    digits.count += count;
+    return count;
+}
+
+inline const char* TakeEachDigit(const char* p, const char* last, DigitRun& digits) {
+    const char* const first = p;
+    for (; p != last && IsDigit(*p); ++p)
+        digits.value = digits.value * 10 + static_cast<std::uint64_t>(*p - '0');
+    digits.count += p - first;
+    return p;
+}
+
+/// For runs that are mostly longer than a few digits.
+inline const char* TakeDigits(const char* p, const char* last, DigitRun& digits) {
+    if constexpr (std::endian::native == std::endian::little) {
+        while (last - p >= 8) {
+            const int count = TakeDigitsOf8(p, digits);
+            p += count;
+            if (count < 8) return p;
+        }
     }
-    if (digits == 0) return {0, nullptr};
-    const bool exponent = p != last && (*p == 'e' || *p == 'E');
-    if (exponent || digits > kMaxExactDigits || mantissa > kMaxExactMantissa)
+    return TakeEachDigit(p, last, digits);
+}
+
+/// The exponent behind "E", and the end behind it; the end is `p` itself when no exponent stands there.
+struct Exponent {
+    std::int64_t value;
+    const char* end;
+};
+Exponent ReadExponent(const char* p, const char* last) {
+    const char* at = p + 1;
+    const bool negative = at != last && *at == '-';
+    if (at != last && (*at == '-' || *at == '+')) ++at;
+    std::int64_t value = 0;
+    const char* const first = at;
+    for (; at != last && IsDigit(*at); ++at)
+        if (value < 100000) value = value * 10 + (*at - '0');
+    if (at == first) return {0, p};
+    return {negative ? -value : value, at};
+}
+
+/// Short numbers, nearly all that instruments and files hold: a whole mantissa and one exact power of ten
+/// round only once.
+LeadingNumber ReadDecimal(const char* start, const char* last) {
+    DigitRun digits;
+    const char* p = TakeEachDigit(start, last, digits);
+    std::int64_t scale = 0;
+    if (p != last && *p == '.') {
+        const auto whole = digits.count;
+        p = TakeDigits(p + 1, last, digits);
+        scale = whole - digits.count;
+    }
+    if (digits.count == 0) return {0, nullptr};
+    if (p != last && (*p == 'e' || *p == 'E')) {
+        const Exponent exponent = ReadExponent(p, last);
+        scale += exponent.value;
+        p = exponent.end;
+    }
+    const std::int64_t size = scale < 0 ? -scale : scale;
+    if (digits.count > kMaxExactDigits || digits.value > kMaxExactMantissa || size > detail::kLastExactPower)
         return ReadLongDecimal(start, last);
-    const auto whole = static_cast<double>(mantissa);
-    return {decimals == 0 ? whole : whole / detail::kExactPowers[static_cast<std::size_t>(decimals)], p};
+    const auto mantissa = static_cast<double>(digits.value);
+    const double power = detail::kExactPowers[static_cast<std::size_t>(size)];
+    return {scale < 0 ? mantissa / power : mantissa * power, p};
+}
+
+/// A sign, like the number of digits, is nothing that a processor could guess.
+double WithSign(double size, bool negative) {
+    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(size) | std::uint64_t{negative} << 63);
 }
 
 }  // namespace
@@ -58,10 +136,11 @@ LeadingNumber ReadNumber(const char* first, const char* last) {
     while (p != last && (*p == ' ' || *p == '\t')) ++p;
     if (last - p >= 2 && p[0] == '&' && (p[1] == 'H' || p[1] == 'h')) return ReadHex(p + 2, last);
     const bool negative = p != last && *p == '-';
-    if (p != last && (*p == '-' || *p == '+')) ++p;
+    const bool plus = p != last && *p == '+';
+    p += int{negative} + int{plus};
     const LeadingNumber number = ReadDecimal(p, last);
     if (!number.end) return {0, first};
-    return {negative ? -number.value : number.value, number.end};
+    return {WithSign(number.value, negative), number.end};
 }
 
 double Val(std::string_view text) {

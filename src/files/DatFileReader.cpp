@@ -1,13 +1,13 @@
 #include "files/DatFileReader.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
 #include "calibration/CalLine.h"
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
-#include "decode/DecimalFields.h"
-#include "decode/LineKind.h"
 
 namespace marisonde {
 
@@ -15,9 +15,28 @@ namespace {
 
 constexpr int kTimeAndDepth = 2;
 
-/// Numbers of a line; the comma behind the last one begins no further number.
-int FieldCount(std::string_view line) {
-    return CommaCount(line) + (line.empty() || line.back() == ',' ? 0 : 1);
+/// The numbers of a line, as far as there are columns for them.
+struct Fields {
+    std::array<double, kMaxDatColumns> values;
+    std::size_t count = 0;  ///< all of the line; the comma behind the last one begins no further number
+};
+
+void ReadFields(std::string_view line, Fields& fields) {
+    const char* p = line.data();
+    const char* const last = p + line.size();
+    fields.count = 0;
+    while (p != last) {
+        if (fields.count < kMaxDatColumns) {
+            const LeadingNumber number = ReadNumber(p, last);
+            fields.values[fields.count] = number.value;
+            p = number.end;
+        }
+        ++fields.count;
+        p = std::find(p, last, ',');
+        if (p != last) ++p;
+    }
+    const std::size_t read = std::min(fields.count, kMaxDatColumns);
+    std::fill(fields.values.begin() + static_cast<std::ptrdiff_t>(read), fields.values.end(), 0.0);
 }
 
 int ColumnsOf(std::span<const DatRun> runs) {
@@ -42,28 +61,38 @@ void Store(double value, double& to) {
     to = FitsSingle(value) ? static_cast<double>(Single(value)) : kSentinel;
 }
 
-void ReadRun(detail::DecimalFields& fields, const DatRun& run, CalibratedSample& sample) {
-    const auto fill = [&](auto* values) {
-        for (int i = 0; i < run.count; ++i) Store(fields.Next(), values[i]);
+/// Stores the columns of one quantity and returns what follows them.
+const double* StoreRun(const double* values, const DatRun& run, CalibratedSample& sample) {
+    const auto fill = [&](auto* to) {
+        for (int i = 0; i < run.count; ++i) Store(values[i], to[i]);
     };
     switch (run.field) {
         case DatField::bb:
-            return fill(sample.bb.data());
+            fill(sample.bb.data());
+            break;
         case DatField::bbUncorr:
-            return fill(sample.bbUncorr.data());
+            fill(sample.bbUncorr.data());
+            break;
         case DatField::beta:
-            return fill(sample.beta.data());
+            fill(sample.beta.data());
+            break;
         case DatField::betaUncorr:
-            return fill(sample.betaUncorr.data());
+            fill(sample.betaUncorr.data());
+            break;
         case DatField::k:
-            return fill(sample.k.data());
+            fill(sample.k.data());
+            break;
         case DatField::K:
-            return fill(&sample.K);
+            fill(&sample.K);
+            break;
         case DatField::a:
-            return fill(&sample.a);
+            fill(&sample.a);
+            break;
         case DatField::Temp:
-            return fill(&sample.Temp);
+            fill(&sample.Temp);
+            break;
     }
+    return values + run.count;
 }
 
 /// A channel without valid values was written as zeros; the l-Tidal's K stands for its attenuation too.
@@ -82,17 +111,19 @@ bool LineHasBeta(const DatLayout& layout, int fields) {
 
 }  // namespace
 
-int ReadDatLine(std::string_view line, InstTypeCode type, CalibratedSample& sample) {
-    const int count = FieldCount(line);
-    if (count < kTimeAndDepth) return count;
+int ReadDatLine(std::string_view line, InstTypeCode type, CalibratedSample& sample, int fewest) {
+    Fields fields;
+    ReadFields(line, fields);
+    const int count = static_cast<int>(fields.count);
+    if (count < std::max(fewest, kTimeAndDepth)) return count;
     const DatLayout& layout = DatLayoutOf(type);
-    detail::DecimalFields fields(line);
     sample = {};
-    sample.Time = fields.Next();
-    Store(fields.Next(), sample.Depth);
-    for (const DatRun& run : layout.columns) ReadRun(fields, run, sample);
+    sample.Time = fields.values[0];
+    Store(fields.values[1], sample.Depth);
+    const double* next = fields.values.data() + kTimeAndDepth;
+    for (const DatRun& run : layout.columns) next = StoreRun(next, run, sample);
     if (LineHasBeta(layout, count))
-        for (const DatRun& run : layout.betaColumns) ReadRun(fields, run, sample);
+        for (const DatRun& run : layout.betaColumns) next = StoreRun(next, run, sample);
     RestoreFlags(type, sample);
     return count;
 }
@@ -154,9 +185,10 @@ bool DatFileReader::NextLine() {
 
 bool DatFileReader::TakeData(std::string_view line) {
     if (!HasNumberChars(line)) return false;
-    const int count = FieldCount(line);
     // A recording that was cut off leaves a last line whose missing values would show as zeros.
-    if (count < columns_ || ReadDatLine(line, type_, sample_) < kTimeAndDepth) return false;
+    const int fewest = std::max(columns_, kTimeAndDepth);
+    const int count = ReadDatLine(line, type_, sample_, fewest);
+    if (count < fewest) return false;
     if (columns_ == 0) {
         columns_ = count;
         hasBeta_ = LineHasBeta(DatLayoutOf(type_), count);

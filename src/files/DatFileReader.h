@@ -39,8 +39,8 @@ class DatFileReader final : public SampleReader {
 };
 
 /// Reads one line of numbers, time and depth first, into `sample` by the layout of `type`: what WriteDatLine
-/// writes comes back the same. Returns the number of values; below 2 it is no sample and nothing is changed.
-/// Columns beyond the line's end become 0, columns beyond the layout are passed over.
-int ReadDatLine(std::string_view line, InstTypeCode type, CalibratedSample& sample);
+/// writes comes back the same. Returns the number of values; below 2, and below `fewest`, it is no sample and
+/// nothing is changed. Columns beyond the line's end become 0, columns beyond the layout are passed over.
+int ReadDatLine(std::string_view line, InstTypeCode type, CalibratedSample& sample, int fewest = 0);
 
 }  // namespace marisonde

@@ -275,6 +275,43 @@ TEST(FixedText, RoundsTheDecimalValue) {
     EXPECT_EQ(FixedText(kInf, 2), "1E+308");
 }
 
+/// Digits, point, exponent and what follows in every length, beside the C library's reader. Numbers that fit
+/// the short road and those that do not meet the same rounding.
+TEST(ReadNumber, AgreesWithTheCLibrary) {
+    std::mt19937 random(11);
+    const auto digits = [&](std::size_t most) {
+        std::string text(random() % (most + 1), '0');
+        for (char& c : text) c = static_cast<char>('0' + random() % 10);
+        return text;
+    };
+    for (int i = 0; i < 200000; ++i) {
+        std::string number = random() % 2 == 0 ? "-" : "";
+        number += "1" + digits(i % 3 == 0 ? 20 : 3);
+        if (random() % 4 != 0) number += "." + digits(i % 5 == 0 ? 20 : 9);
+        if (random() % 2 == 0)
+            number += (random() % 2 == 0 ? "E-" : "e+") + std::to_string(random() % (i % 7 == 0 ? 300 : 26));
+        const std::string text = number + std::string(",\xB8x:/ ,9").substr(0, random() % 9);
+        const LeadingNumber read = ReadNumber(text.data(), text.data() + text.size());
+        const double expected = std::strtod(number.c_str(), nullptr);
+        ASSERT_EQ(read.value, std::isfinite(expected) ? expected : 0) << text;
+        ASSERT_EQ(read.end - text.data(), static_cast<std::ptrdiff_t>(number.size())) << text;
+    }
+}
+
+TEST(ReadNumber, StopsAtEveryCharacterThatIsNoDigit) {
+    for (int c = 1; c < 256; ++c) {
+        const char other = static_cast<char>(c);
+        if (other >= '0' && other <= '9') continue;
+        std::string text = "0.1234";
+        text += other;
+        text += "567890123";
+        if (other == 'e' || other == 'E') continue;
+        const LeadingNumber read = ReadNumber(text.data(), text.data() + text.size());
+        EXPECT_EQ(read.value, 0.1234) << c;
+        EXPECT_EQ(read.end - text.data(), 6) << c;
+    }
+}
+
 TEST(ScientificText, HasOneDigitBeforeThePoint) {
     EXPECT_EQ(ScientificText(0.000166879789, 2), "1.67E-04");
     EXPECT_EQ(ScientificText(0.0010358, 2), "1.04E-03");

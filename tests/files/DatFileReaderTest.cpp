@@ -69,6 +69,29 @@ TEST(ReadDatLineTest, MissingAndSurplusColumns) {
     EXPECT_EQ(sample.k[5], 0);
 }
 
+TEST(ReadDatLineTest, CountsAllValuesOfALineAndTheCommaAtItsEndAsNone) {
+    CalibratedSample sample;
+    std::string line = "40000.25";
+    for (int values = 2; values < 80; ++values) {
+        line += "," + std::to_string(values);
+        EXPECT_EQ(ReadDatLine(line, Corvane6, sample), values);
+        EXPECT_EQ(ReadDatLine(line + ",", Corvane6, sample), values);
+    }
+    EXPECT_EQ(sample.bb[0], 3);
+    EXPECT_EQ(sample.betaUncorr[7], 34);
+    EXPECT_EQ(ReadDatLine(",,", Corvane6, sample), 2);
+    EXPECT_EQ(sample.Time, 0);
+}
+
+TEST(ReadDatLineTest, FewerValuesThanWantedAreNoSample) {
+    CalibratedSample sample;
+    sample.Depth = 3;
+    EXPECT_EQ(ReadDatLine("40000.25,1,2", Corvane2, sample, 4), 3);
+    EXPECT_EQ(sample.Depth, 3);
+    EXPECT_EQ(ReadDatLine("40000.25,1,2", Corvane2, sample, 3), 3);
+    EXPECT_EQ(sample.Depth, 1);
+}
+
 TEST(ReadDatLineTest, FailedValuesStayFailed) {
     CalibratedSample sample;
     ReadDatLine("40000.25,12.5,1E+308,2,1E+308,1E+308", LTidal, sample);
