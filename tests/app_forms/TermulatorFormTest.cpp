@@ -179,6 +179,19 @@ TEST_F(TermulatorFormTest, RepliesAndDataAreShownApart) {
     EXPECT_EQ(Box(terminal, "Response_Box"), "ready\nYes to erase?\n\xc2\xb7\xc3\xa9");
 }
 
+TEST_F(TermulatorFormTest, OpensAtTheEndOfWhatHasCome) {
+    MainForm* const form = Scripted();
+    for (int i = 0; i < 300; ++i) Arrive("reply\r\n1,2,3,4,5,6\r\n");
+    TermulatorForm* const terminal = Terminal(form);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(terminal));
+    Arrive("reply\r\n1,2,3,4,5,6\r\n");
+    for (const char* name : {"Response_Box", "Data_Box"}) {
+        const auto* const bar = The<QPlainTextEdit>(terminal, name)->verticalScrollBar();
+        EXPECT_GT(bar->maximum(), 0) << name;
+        EXPECT_EQ(bar->value(), bar->maximum()) << name;
+    }
+}
+
 TEST_F(TermulatorFormTest, WhatCameWhileItWasHiddenIsThere) {
     MainForm* const form = Scripted();
     Arrive("before\r\n");
@@ -192,6 +205,9 @@ TEST_F(TermulatorFormTest, WhatCameWhileItWasHiddenIsThere) {
     std::string data = form->Window().Terminal.Data_Box().Text();
     std::erase(data, '\r');
     EXPECT_EQ(Box(terminal, "Data_Box"), data);
+    const auto* const bar = The<QPlainTextEdit>(terminal, "Data_Box")->verticalScrollBar();
+    EXPECT_GT(bar->maximum(), 0);
+    EXPECT_EQ(bar->value(), bar->maximum());
 }
 
 TEST_F(TermulatorFormTest, FollowsTheBoxesAtTheirLimits) {

@@ -30,6 +30,18 @@ TerminalBoxView::TerminalBoxView(QWidget* parent) : QPlainTextEdit(parent) {
     setUndoRedoEnabled(false);
     setTabChangesFocus(true);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    KeepToTheEnd();
+}
+
+/// The range of the bar is known only once the text is laid out, which may be after the form is shown.
+void TerminalBoxView::KeepToTheEnd() {
+    QScrollBar* const bar = verticalScrollBar();
+    connect(bar, &QScrollBar::rangeChanged, this, [this, bar] {
+        if (follows_) bar->setValue(bar->maximum());
+    });
+    connect(bar, &QScrollBar::valueChanged, this, [this, bar](int value) {
+        if (!changing_) follows_ = value >= bar->maximum();
+    });
 }
 
 void TerminalBoxView::Remove(int from, int count) {
@@ -42,8 +54,7 @@ void TerminalBoxView::Remove(int from, int count) {
 void TerminalBoxView::Follow(TerminalBox& box) {
     TerminalBox::Changes changes = box.TakeChanges();
     if (changes.fromEnd == 0 && changes.fromFront == 0 && changes.added.empty()) return;
-    QScrollBar* const bar = verticalScrollBar();
-    const bool atEnd = bar->value() >= bar->maximum();
+    changing_ = true;
     QTextCursor edit(document());
     edit.beginEditBlock();
     const int length = document()->characterCount() - 1;
@@ -54,7 +65,8 @@ void TerminalBoxView::Follow(TerminalBox& box) {
     edit.movePosition(QTextCursor::End);
     edit.insertText(Visible(std::move(changes.added)));
     edit.endEditBlock();
-    if (atEnd) bar->setValue(bar->maximum());
+    changing_ = false;
+    if (follows_) verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
 }  // namespace marisonde

@@ -15,7 +15,11 @@ class TerminalBoxView final : public QPlainTextEdit {
     void Follow(TerminalBox& box);
 
   private:
+    void KeepToTheEnd();
     void Remove(int from, int count);
+
+    bool follows_ = true;    ///< the end is shown, and stays so; not while the user reads further up
+    bool changing_ = false;  ///< the text changes: where the bar stands meanwhile tells nothing
 };
 
 }  // namespace marisonde
