@@ -277,6 +277,19 @@ TEST_F(TermulatorFormTest, TheDividerLeavesRoomForBoth) {
     EXPECT_GT(divider->sizes()[1], before[1] + 100);
 }
 
+TEST_F(TermulatorFormTest, TheDividerIsMovedByKeysToo) {
+    TermulatorForm* const terminal = Terminal(Scripted());
+    terminal->resize(700, 600);
+    const auto* const divider = terminal->findChild<QSplitter*>();
+    const int before = divider->sizes()[0];
+    The<QAction>(terminal, "MoreRepliesItem")->trigger();
+    EXPECT_GT(divider->sizes()[0], before);
+    The<QAction>(terminal, "MoreDataItem")->trigger();
+    EXPECT_EQ(divider->sizes()[0], before);
+    for (int i = 0; i < 100; ++i) The<QAction>(terminal, "MoreDataItem")->trigger();
+    EXPECT_GE(The<QWidget>(terminal, "Response_Box")->height(), 32);
+}
+
 TEST_F(TermulatorFormTest, CopyTakesTheSelectionAndElseInterrupts) {
     MainForm* const form = Scripted();
     TermulatorForm* const terminal = Terminal(form);

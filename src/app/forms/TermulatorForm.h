@@ -46,9 +46,11 @@ class TermulatorForm final : public QMainWindow {
     QWidget* MakeLowerPart();
     void MakeMenus();
     void MakeEditMenu();
+    void MakeViewMenu();
     void MakeStatusBar();
     void RestorePlace();
     void SaveText();
+    void MoveDivider(int pixels);
 
     bool HandleKey(const QKeyEvent& event);
     bool HandleShortcut(const QKeyEvent& event);

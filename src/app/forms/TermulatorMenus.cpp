@@ -1,5 +1,6 @@
 #include <QAction>
 #include <QMenuBar>
+#include <QSplitter>
 #include <array>
 #include <span>
 
@@ -16,6 +17,8 @@ constexpr std::array<const char*, 4> kFileItems{"New_File_Menu", "CloseFile_menu
                                                 "SaveAsItem"};
 constexpr std::array<const char*, 5> kInstrumentItems{"Connect_menu", "Disconnect_menu", "Start_Stop_menu",
                                                       "Sleep_menu", "Transfer_menu"};
+
+constexpr int kDividerLines = 3;  ///< of text, that the divider moves by
 
 /// The very same items: they do the same, and are enabled and checked alike.
 void AddItemsOf(const QWidget& main, QMenu* menu, std::span<const char* const> names) {
@@ -36,6 +39,7 @@ void TermulatorForm::MakeMenus() {
     QAction* close = file->addAction("Close Te&rminal", QKeySequence::Close, this, &QWidget::close);
     close->setObjectName("CloseTerminalItem");
     MakeEditMenu();
+    MakeViewMenu();
     instrument_ = menuBar()->addMenu("&Instrument");
     instrument_->setObjectName("TermInst_menu");
     AddItemsOf(main_, instrument_, kInstrumentItems);
@@ -62,6 +66,24 @@ void TermulatorForm::MakeEditMenu() {
         Refresh();
     });
     data->setObjectName("ClearDataItem");
+}
+
+/// What the divider does for the mouse.
+void TermulatorForm::MakeViewMenu() {
+    QMenu* view = menuBar()->addMenu("&View");
+    view->setObjectName("TermView_menu");
+    const int step = kDividerLines * response_->fontMetrics().lineSpacing();
+    QAction* replies = view->addAction("More Room for &Replies", QKeySequence(Qt::CTRL | Qt::Key_Down), this,
+                                       [this, step] { MoveDivider(step); });
+    replies->setObjectName("MoreRepliesItem");
+    QAction* data = view->addAction("More Room for &Data", QKeySequence(Qt::CTRL | Qt::Key_Up), this,
+                                    [this, step] { MoveDivider(-step); });
+    data->setObjectName("MoreDataItem");
+}
+
+void TermulatorForm::MoveDivider(int pixels) {
+    const QList<int> now = divider_->sizes();
+    divider_->setSizes({now[0] + pixels, now[1] - pixels});
 }
 
 void TermulatorForm::SaveText() {
