@@ -109,11 +109,19 @@ void Connector::NoteLook(const ConnectionTry& look) {
     controls_.SearchList.push_back("Com " + std::to_string(look.port) + ", " + std::to_string(look.baud) +
                                    ": " + FindingText(look));
     if (look.Found()) SetInstrumentTypeBox();
-    if (look.finding == Finding::Unidentified)
-        unidentified_ = "On port " + std::to_string(look.port) + " at " + std::to_string(look.baud) +
-                        " baud an instrument answers that calls itself " + look.model +
-                        ".  It can be opened without identifying it.";
+    if (look.finding == Finding::Unidentified) OfferUnidentified(look);
     if (OnChanged) OnChanged();
+}
+
+/// The user only has to tick that the port is to be opened as it is.
+void Connector::OfferUnidentified(const ConnectionTry& look) {
+    unidentified_ = "On port " + std::to_string(look.port) + " at " + std::to_string(look.baud) +
+                    " baud an instrument answers that calls itself " + look.model +
+                    ".  It can be opened without identifying it.";
+    controls_.Port = look.port;
+    controls_.Baud = look.baud;
+    const InstTypeCode type = InstTypeFromName(look.model);
+    if (type < InstTypeCode::Unknown) controls_.Instrument_Box = type;
 }
 
 ConnectNotes Connector::Notes() {

@@ -84,6 +84,7 @@ class Connector {
     void SetInstrumentTypeBox();
     void Status(const std::string& text);
     void NoteLook(const ConnectionTry& look);
+    void OfferUnidentified(const ConnectionTry& look);
     [[nodiscard]] ConnectNotes Notes();
     [[nodiscard]] DataWindowState& State() { return window_.Link.State; }
     [[nodiscard]] bool Stopped(const Operation& operation) { return ConnectStopped(operation, window_.Link); }

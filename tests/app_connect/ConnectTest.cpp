@@ -173,7 +173,9 @@ TEST_F(ConnectFixture, AnInstrumentWithoutAKnownNameIsToldWithTheWayToUseIt) {
     ASSERT_TRUE(Finish());
     ASSERT_EQ(dialogs.errors.size(), 1u);
     EXPECT_EQ(dialogs.errors[0], "No instrument was detected." + told);
-    connector->SelectBaud(19200);
+    EXPECT_EQ(connector->Controls().Port, 3);
+    EXPECT_EQ(connector->Controls().Baud, 19200);
+    EXPECT_EQ(connector->Controls().Instrument_Box, InstTypeCode::XTidal);
     ASSERT_TRUE(ConnectAndFinish());
     ASSERT_EQ(dialogs.errors.size(), 2u);
     EXPECT_TRUE(dialogs.errors[1].ends_with("be sure the port and baud rate are correct." + told));

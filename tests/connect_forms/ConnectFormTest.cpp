@@ -274,5 +274,36 @@ TEST_F(ConnectFormTest, ReadsWellAtTwiceTheTextSize) {
     QApplication::setFont(usual);
 }
 
+TEST_F(ConnectFormTest, TabWalksFromTheInputsToTheButtons) {
+    ports.Add(2);
+    OpenDialog();
+    QStringList order;
+    const QWidget* widget = Find<QComboBox>(*dialog, "CommPort_Box");
+    for (int i = 0; i < 100 && order.size() < 9; ++i, widget = widget->nextInFocusChain())
+        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && dialog->isAncestorOf(widget) &&
+            !widget->objectName().startsWith("qt_"))
+            order << widget->objectName();
+    EXPECT_EQ(
+        order.join(' ').toStdString(),
+        "CommPort_Box BAUD_box Instrument_Box UploadCal_Check NoQueryCheck OK AutoDetect Cancel SearchList");
+}
+
+TEST_F(ConnectFormTest, TheKeyboardChoosesARateAndAModel) {
+    ports.Add(2);
+    OpenDialog();
+    auto* baud = Find<QComboBox>(*dialog, "BAUD_box");
+    for (const QChar digit : QString("5760")) Press(baud, Qt::Key(digit.unicode()), digit);
+    EXPECT_EQ(baud->currentText(), "57600");
+    auto* model = Find<QComboBox>(*dialog, "Instrument_Box");
+    Press(model, Qt::Key_X, "x");
+    EXPECT_EQ(model->currentText(), "x-Tidal");
+    Find<QCheckBox>(*dialog, "NoQueryCheck")->click();
+    Press(baud, Qt::Key_Return);
+    Tick();
+    EXPECT_TRUE(form->Window().Link.State.Connected);
+    EXPECT_EQ(form->Window().Link.State.BaudRate, 57600);
+    EXPECT_EQ(form->Window().Link.State.InstType, InstTypeCode::XTidal);
+}
+
 }  // namespace
 }  // namespace marisonde
