@@ -50,8 +50,10 @@ void ReadRaw(const DataWindowState& state, InstTypeCode model, std::size_t chann
         if (channel == 0) details.gain = text(raw.Gain[0]);
         return;
     }
-    details.counts = text(raw.Sig[channel]);
-    details.reference = text(raw.Ref[channel]);
+    // Most lines of a Corvane carry the signal relative to its reference, and not the two apart.
+    const bool apart = IsDelphFamily(model) || raw.Ref[channel] != 0;
+    details.counts = text(apart ? raw.Sig[channel] : raw.Snorm[channel]);
+    if (apart) details.reference = text(raw.Ref[channel]);
     if (IsCorvaneFamily(model)) details.gain = text(raw.Gain[channel]);
 }
 

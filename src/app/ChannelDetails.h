@@ -13,7 +13,7 @@ struct ChannelDetails {
     std::string minimum;  ///< of the points in the graph
     std::string maximum;
     std::string counts;     ///< signal as the instrument sent it last
-    std::string reference;  ///< reference counts beside it
+    std::string reference;  ///< reference counts beside it; empty when the signal is relative to it already
     std::string gain;       ///< gain step of the newest sample
 };
 

@@ -139,13 +139,15 @@ std::string InstrumentMenuCaption(const StatusFacts& facts) {
     return std::string(InstTypeName(facts.model)) + "&";
 }
 
-bool NeedsComputerAwake(const InstrumentLink& window) {
+bool NeedsComputerAwake(const InstrumentLink& window, bool recorded) {
     if (!window.Line().IsOpen()) return false;
     switch (window.State.InstState) {
         case InstStateCode::Starting:
         case InstStateCode::Sampling:
         case InstStateCode::Downloading:
             return true;
+        case InstStateCode::NoData:
+            return recorded || window.State.TransferActive;
         default:
             return window.State.TransferActive;
     }

@@ -55,7 +55,8 @@ std::string_view SleepCaption(InstStateCode state);
 /// The model's name with the menu mark behind it, or "&Instrument".
 std::string InstrumentMenuCaption(const StatusFacts& facts);
 
-/// Data arrive or are about to: the computer must not fall asleep.
-bool NeedsComputerAwake(const InstrumentLink& window);
+/// Data arrive or are about to: the computer must not fall asleep. An instrument that samples once in a while
+/// has no data in between: it counts while what it sends is `recorded`.
+bool NeedsComputerAwake(const InstrumentLink& window, bool recorded);
 
 }  // namespace marisonde

@@ -76,6 +76,9 @@ class LivePlot {
     void SetupChartForInstrument(InstTypeCode model);
     /// Titles, the visibility of Y2, and the turn of the axes when X is depth.
     void SetPlotTypes(std::int32_t yType, std::int32_t y2Type, std::int32_t xType);
+    /// Shows the other form of backscattering from the next sample on. True: the points in the graph are
+    /// still of the form before and have to be made anew; an l-Tidal keeps both forms and changes at once.
+    bool SetSigmaOption(SigmaChoice choice);
     void ClearGraph();
     void InitializePlotInfo();
     void UpdateCurrentPlotInfo();

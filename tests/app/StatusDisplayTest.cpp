@@ -233,14 +233,16 @@ TEST(StatusItemsTest, TheMenuIsCalledAfterTheConnectedModel) {
 TEST_F(StatusDisplayTest, TheComputerStaysAwakeWhileDataArrive) {
     for (int code = 0; code <= 14; ++code) {
         link().State.InstState = static_cast<State>(code);
-        EXPECT_EQ(NeedsComputerAwake(link()), code == 2 || code == 3 || code == 7) << code;
+        const bool sends = code == 2 || code == 3 || code == 7;
+        EXPECT_EQ(NeedsComputerAwake(link(), false), sends) << code;
+        EXPECT_EQ(NeedsComputerAwake(link(), true), sends || code == 11) << code << " recorded";
     }
     link().State.InstState = State::Stopped;
     link().State.TransferActive = true;
-    EXPECT_TRUE(NeedsComputerAwake(link()));
+    EXPECT_TRUE(NeedsComputerAwake(link(), false));
     link().State.InstState = State::Sampling;
     link().ClosePort();
-    EXPECT_FALSE(NeedsComputerAwake(link()));
+    EXPECT_FALSE(NeedsComputerAwake(link(), true));
 }
 
 }  // namespace

@@ -49,7 +49,13 @@ TEST_F(MainFormTest, ShowsReadoutsOfASamplingInstrument) {
     EXPECT_NEAR(std::stod(Text(form, "DepthPanel")), sample.Depth, 0.0051);
     EXPECT_NEAR(std::stod(Text(form, "TemperaturePanel")), sample.Temp, 0.0051);
     EXPECT_EQ(Text(form, "ElapsedPanel"), "0.1 min");
+    form->resize(1100, 680);
+    Settle();
     EXPECT_NE(Text(form, "DataPath").find("Recording in"), std::string::npos);
+    form->resize(form->minimumSize());
+    Settle();
+    EXPECT_NE(Text(form, "DataPath").find("href"), std::string::npos)
+        << "a narrow window keeps the way there";
 }
 
 TEST_F(MainFormTest, EveryStateHasItsWord) {
@@ -135,9 +141,9 @@ TEST_F(MainFormTest, LaterWindowsDoNotCoverTheFirst) {
 TEST_F(MainFormTest, ControlsCarryTheirNames) {
     MainForm* const form = Sampling();
     for (const char* name :
-         {"File_menu", "View_menu", "Help_menu", "ExitItem", "ChannelViewItem", "AboutItem", "StatusBar",
-          "Status_Box", "ElapsedPanel", "DepthPanel", "TemperaturePanel", "VoltagePanel", "DataPath",
-          "ChannelPanel", "ProcessSerialInputTimer"})
+         {"File_menu", "Graph_menu", "Window_menu", "Help_menu", "ExitItem", "ChannelViewItem", "AboutItem",
+          "StatusBar", "Status_Box", "ElapsedPanel", "DepthPanel", "TemperaturePanel", "VoltagePanel",
+          "DataPath", "ChannelPanel", "ProcessSerialInputTimer"})
         EXPECT_NE(form->findChild<QObject*>(name), nullptr) << name;
     for (int channel = 0; channel < kChannelSlots; ++channel)
         for (const char* array : {"Channel_Frame(%1)", "Color_sel(%1)", "Channel_Text(%1)", "DataBox(%1)"})

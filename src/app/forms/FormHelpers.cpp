@@ -1,10 +1,13 @@
 #include "app/forms/FormHelpers.h"
 
+#include <QAction>
 #include <QDialog>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QStringDecoder>
 #include <QStyle>
+#include <QToolBar>
+#include <QToolButton>
 #include <QWidget>
 #include <algorithm>
 
@@ -52,6 +55,15 @@ QString FromText(const std::string& text) {
     QStringDecoder utf8(QStringDecoder::Utf8);
     const QString decoded = utf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
     return utf8.hasError() ? QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())) : decoded;
+}
+
+void AddToolButton(QToolBar* bar, QAction* action, const char* name) {
+    bar->addAction(action);
+    auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(action));
+    if (button == nullptr) return;
+    button->setObjectName(name);
+    button->setAccessibleName(action->toolTip());
+    button->setFocusPolicy(Qt::TabFocus);
 }
 
 bool IsSizable(const QWidget& form) {

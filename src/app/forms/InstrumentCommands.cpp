@@ -3,14 +3,16 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QStyle>
 #include <QToolBar>
-#include <QToolButton>
 #include <utility>
 
 #include "app/ConnectAgain.h"
 #include "app/ConnectCommand.h"
 #include "app/Shutdown.h"
+#include "app/forms/FormHelpers.h"
+#include "app/forms/InstStatusForm.h"
 #include "app/forms/MainForm.h"
 #include "app/forms/Shell.h"
 #include "link/Commands.h"
@@ -18,14 +20,6 @@
 namespace marisonde {
 
 namespace {
-
-void NameButton(QToolBar* bar, QAction* action, const char* name) {
-    bar->addAction(action);
-    if (auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(action))) {
-        button->setObjectName(name);
-        button->setAccessibleName(action->toolTip());
-    }
-}
 
 void Caption(QAction* action, const QString& text) {
     if (action->text() != text) action->setText(text);
@@ -42,25 +36,41 @@ InstrumentCommands::InstrumentCommands(Shell& shell, MainForm& form, Operations&
       dialog_(new ConnectForm(connector_, operations, shell.App().settings, &form)),
       connect_(new QAction("&Connect...", this)),
       disconnect_(new QAction("&Disconnect", this)),
-      startStop_(new QAction("&Start", this)) {
-    const QStyle* style = form.style();
-    connect_->setObjectName("Connect_menu");
-    connect_->setIconText("Connect");
-    connect_->setIcon(QIcon::fromTheme("network-connect", style->standardIcon(QStyle::SP_DriveNetIcon)));
-    connect_->setToolTip("Connect an instrument");
-    connect_->setShortcut(Qt::Key_F2);
-    disconnect_->setObjectName("Disconnect_menu");
-    startStop_->setObjectName("Start_Stop_menu");
-    startStop_->setToolTip("Start or stop sampling");
-    startStop_->setShortcut(Qt::Key_F5);
-    connect(connect_, &QAction::triggered, this, &InstrumentCommands::ConnectCommand);
-    connect(disconnect_, &QAction::triggered, this, &InstrumentCommands::DisconnectCommand);
-    connect(startStop_, &QAction::triggered, this, &InstrumentCommands::StartStopCommand);
+      startStop_(new QAction("&Start", this)),
+      startButton_(new QAction("Start", this)),
+      sleep_(new QAction("S&leep", this)),
+      status_(new QAction("&Instrument Status...", this)),
+      items_(form) {
+    MakeActions();
     Window().Link.ShowConnectForm = [this](std::function<void()> closed) {
         ShowConnectForm(std::move(closed));
     };
     Window().OnInstrumentChanged = [this] { form_.InstrumentChanged(); };
     Window().OnLineLost = [this] { LineLost(); };
+}
+
+void InstrumentCommands::MakeActions() {
+    const QStyle* style = form_.style();
+    connect_->setObjectName("Connect_menu");
+    connect_->setIconText("Connect");
+    connect_->setIcon(QIcon::fromTheme("network-connect", style->standardIcon(QStyle::SP_DriveNetIcon)));
+    connect_->setToolTip("Connect an instrument (F2)");
+    connect_->setShortcut(Qt::Key_F2);
+    disconnect_->setObjectName("Disconnect_menu");
+    startStop_->setObjectName("Start_Stop_menu");
+    startStop_->setShortcut(Qt::Key_F5);
+    startButton_->setObjectName("Start_Button_action");
+    startButton_->setToolTip("Start or stop sampling (F5)");
+    startButton_->setIcon(style->standardIcon(QStyle::SP_MediaPlay));
+    startStop_->setIcon(startButton_->icon());
+    sleep_->setObjectName("Sleep_menu");
+    status_->setObjectName("InstStatusItem");
+    connect(connect_, &QAction::triggered, this, &InstrumentCommands::ConnectCommand);
+    connect(disconnect_, &QAction::triggered, this, &InstrumentCommands::DisconnectCommand);
+    connect(startStop_, &QAction::triggered, this, &InstrumentCommands::StartStopCommand);
+    connect(startButton_, &QAction::triggered, this, &InstrumentCommands::StartStopCommand);
+    connect(sleep_, &QAction::triggered, this, &InstrumentCommands::SleepCommand);
+    connect(status_, &QAction::triggered, this, &InstrumentCommands::ShowInstStatus);
 }
 
 InstrumentCommands::~InstrumentCommands() {
@@ -72,21 +82,29 @@ DataWindow& InstrumentCommands::Window() {
 }
 
 void InstrumentCommands::MakeMenu(QMenuBar* bar) {
-    QMenu* menu = bar->addMenu("&Instrument");
-    menu->setObjectName("Inst_menu");
-    menu->addAction(connect_);
-    menu->addAction(disconnect_);
-    menu->addSeparator();
-    menu->addAction(startStop_);
+    menu_ = bar->addMenu("&Instrument");
+    menu_->setObjectName("Inst_menu");
+    menu_->addAction(connect_);
+    menu_->addAction(disconnect_);
+    menu_->addSeparator();
+    menu_->addAction(startStop_);
+    menu_->addAction(sleep_);
+    menu_->addSeparator();
+    menu_->addAction(status_);
+    // Called after its model the menu has no letter of its own; its key stays.
+    menuKey_ = new QShortcut(QKeySequence("Alt+I"), &form_);
+    connect(menuKey_, &QShortcut::activated, this,
+            [this, bar] { bar->setActiveAction(menu_->menuAction()); });
 }
 
 void InstrumentCommands::MakeToolBar(QToolBar* bar) {
-    bar->setObjectName("Toolbar");
-    bar->setWindowTitle("Instrument");
-    bar->setMovable(false);
-    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    NameButton(bar, connect_, "Connect_Button");
-    NameButton(bar, startStop_, "Start_Button");
+    AddToolButton(bar, connect_, "Connect_Button");
+    AddToolButton(bar, startButton_, "Start_Button");
+    // The longest caption sets the width: the buttons beside it stay where they are.
+    if (QWidget* button = bar->widgetForAction(startButton_)) {
+        startButton_->setIconText("Close Shutter");
+        button->setMinimumWidth(button->sizeHint().width());
+    }
 }
 
 QLabel* InstrumentCommands::MakeNextStep(QWidget* parent) {
@@ -105,34 +123,41 @@ QLabel* InstrumentCommands::MakeNextStep(QWidget* parent) {
     return nextStep_;
 }
 
-/// The instrument samples, or is about to.
-bool InstrumentCommands::Runs() {
-    switch (Window().Link.State.InstState) {
-        case InstStateCode::Starting:
-        case InstStateCode::Sampling:
-        case InstStateCode::StartSent:
-            return true;
-        default:
-            return false;
-    }
-}
-
 void InstrumentCommands::Update() {
     const DataWindowState& state = Window().Link.State;
-    const bool open = Window().Link.Line().IsOpen();
-    const bool idle = !Connecting();
-    disconnect_->setEnabled((open || operations_.Running("ConnectAgain")) && idle);
-    const bool listens = state.InstState != InstStateCode::Sleeping &&
-                         state.InstState != InstStateCode::Downloading &&
-                         state.InstState != InstStateCode::NoConnection;
-    startStop_->setEnabled(open && idle && state.Connected && (listens || state.InstSerial.empty()));
-    Caption(startStop_, Runs() ? "&Stop" : "&Start");
-    if (startStop_->icon().isNull() || Runs() != startStop_->data().toBool()) {
-        startStop_->setData(Runs());
-        startStop_->setIcon(
-            form_.style()->standardIcon(Runs() ? QStyle::SP_MediaStop : QStyle::SP_MediaPlay));
-    }
+    const StatusFacts facts = StatusFactsOf(Window().Link);
+    items_.Show(facts, Connecting());
+    // A connection that has been lost and is being tried again can be given up.
+    const bool tried = operations_.Running("ConnectAgain") && !Connecting();
+    if (tried && !disconnect_->isEnabled()) disconnect_->setEnabled(true);
+    if (!tried && !facts.portOpen && disconnect_->isEnabled()) disconnect_->setEnabled(false);
+    startButton_->setEnabled(startStop_->isEnabled());
+    ShowCaptions();
+    ShowInstrumentMenu();
+    if (statusForm_ != nullptr) statusForm_->Refresh();
     if (nextStep_) nextStep_->setVisible(!state.Connected && !state.HasSample && state.PortNumber == 0);
+}
+
+void InstrumentCommands::ShowCaptions() {
+    const InstStateCode shown = Window().Link.State.PrevInstState;
+    const bool stops = OffersStop(shown);
+    Caption(startStop_, stops ? "&Stop" : "&Start");
+    Caption(sleep_, shown == InstStateCode::Sleeping ? "&Wake" : "S&leep");
+    const QString button = FromText(StartButtonCaption(shown));
+    if (startButton_->iconText() != button) startButton_->setIconText(button);
+    if (stops == startButton_->data().toBool()) return;
+    startButton_->setData(stops);
+    const QStyle* style = form_.style();
+    startButton_->setIcon(style->standardIcon(stops ? QStyle::SP_MediaStop : QStyle::SP_MediaPlay));
+    startStop_->setIcon(startButton_->icon());
+}
+
+void InstrumentCommands::ShowInstrumentMenu() {
+    const QString caption = FromText(InstrumentMenuCaption(StatusFactsOf(Window().Link)));
+    if (menu_ == nullptr || (menu_->title() == caption && menuKey_->isEnabled() != caption.startsWith('&')))
+        return;
+    menu_->setTitle(caption);
+    menuKey_->setEnabled(!caption.startsWith('&'));
 }
 
 void InstrumentCommands::ConnectCommand() {
@@ -161,7 +186,27 @@ void InstrumentCommands::DisconnectCommand() {
 }
 
 void InstrumentCommands::StartStopCommand() {
-    SendCommand(Runs() ? "STOP" : "START", Window().Link);
+    if (OffersStop(Window().Link.State.PrevInstState))
+        StopCommand();
+    else
+        StartCommand();
+}
+
+void InstrumentCommands::StartCommand() {
+    SendCommand("START", Window().Link);
+}
+
+void InstrumentCommands::StopCommand() {
+    SendCommand("STOP", Window().Link);
+}
+
+void InstrumentCommands::SleepCommand() {
+    SendCommand("SETSLEEP", Window().Link);
+}
+
+void InstrumentCommands::ShowInstStatus() {
+    if (statusForm_ == nullptr) statusForm_ = new InstStatusForm(Window(), shell_.App().settings, &form_);
+    statusForm_->Show();
 }
 
 void InstrumentCommands::ShowConnectForm(std::function<void()> whenClosed) {

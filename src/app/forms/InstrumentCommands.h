@@ -8,15 +8,19 @@
 
 #include "app/Connect.h"
 #include "app/forms/ConnectForm.h"
+#include "app/forms/StatusItems.h"
 #include "platform/Operations.h"
 
 class QAction;
 class QLabel;
+class QMenu;
 class QMenuBar;
+class QShortcut;
 class QToolBar;
 
 namespace marisonde {
 
+class InstStatusForm;
 class MainForm;
 class Shell;
 
@@ -39,7 +43,13 @@ class InstrumentCommands final : public QObject {
     /// Opens the connect dialog, after a question when there is a connection already.
     void ConnectCommand();
     void DisconnectCommand();
+    /// Stops what runs or is pending, else starts.
     void StartStopCommand();
+    void StartCommand();
+    void StopCommand();
+    /// Puts the instrument to sleep, or wakes it.
+    void SleepCommand();
+    void ShowInstStatus();
 
     /// Opens the connect dialog; `whenClosed` is called once it has closed, whatever came of it.
     void ShowConnectForm(std::function<void()> whenClosed);
@@ -59,7 +69,9 @@ class InstrumentCommands final : public QObject {
     void UnloadWhenDone();
     void LineLost();
     [[nodiscard]] DataWindow& Window();
-    [[nodiscard]] bool Runs();
+    void MakeActions();
+    void ShowCaptions();
+    void ShowInstrumentMenu();
 
     Shell& shell_;
     MainForm& form_;
@@ -70,6 +82,13 @@ class InstrumentCommands final : public QObject {
     QAction* connect_;
     QAction* disconnect_;
     QAction* startStop_;
+    QAction* startButton_;
+    QAction* sleep_;
+    QAction* status_;
+    QMenu* menu_ = nullptr;
+    QShortcut* menuKey_ = nullptr;
+    StatusItems items_;
+    InstStatusForm* statusForm_ = nullptr;  ///< made when it is first wanted
     QPointer<QLabel> nextStep_;
 };
 

@@ -1,33 +1,30 @@
 #include "app/forms/MainForm.h"
 
-#include <QApplication>
 #include <QCloseEvent>
-#include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
-#include <QUrl>
 #include <QVBoxLayout>
 #include <utility>
 
-#include "app/PlottedChannels.h"
 #include "app/Shutdown.h"
+#include "app/forms/ChannelCommands.h"
 #include "app/forms/ChannelPanel.h"
 #include "app/forms/FormHelpers.h"
 #include "app/forms/GraphCommands.h"
 #include "app/forms/HelpCommands.h"
 #include "app/forms/InstrumentCommands.h"
+#include "app/forms/NoticeStrip.h"
 #include "app/forms/ParameterCommands.h"
 #include "app/forms/ProcessFilesForm.h"
 #include "app/forms/Shell.h"
+#include "app/forms/StatusPanels.h"
 #include "app/forms/TerminalCommands.h"
-#include "common/ConversionUtils.h"
-#include "common/Numbers.h"
+#include "app/forms/WindowsMenu.h"
 #include "graphs/forms/ChartView.h"
-#include "platform/Paths.h"
 
 namespace marisonde {
 
@@ -37,26 +34,6 @@ constexpr QPoint kDesignCorner{200, 200};
 constexpr QSize kDesignSize{1024, 680};
 constexpr QSize kMinimumSize{640, 420};
 constexpr int kCascade = 28;  ///< pixels between windows that would else cover each other
-
-/// A label of the status bar, as wide as the longest text it will show.
-QLabel* StatusPanel(QStatusBar* bar, const char* name, const QString& meaning, const QString& longest) {
-    auto* label = new QLabel(bar);
-    label->setObjectName(name);
-    label->setAccessibleName(meaning);
-    label->setToolTip(meaning);
-    label->setTextFormat(Qt::PlainText);
-    label->setFixedWidth(label->fontMetrics().horizontalAdvance(longest) + 12);
-    bar->addWidget(label);
-    return label;
-}
-
-void Show(QLabel* label, const QString& text) {
-    if (label->text() != text) label->setText(text);
-}
-
-QString WithUnit(double value, int decimals, const char* unit) {
-    return QString::fromStdString(FixedText(value, decimals)) + " " + unit;
-}
 
 }  // namespace
 
@@ -69,27 +46,22 @@ MainForm::MainForm(Shell& shell, std::unique_ptr<SerialLine> line)
       channels_(new ChannelPanel(this)),
       timer_(new QTimer(this)),
       parameters_(new ParameterCommands(shell, *this)),
+      notices_(new NoticeStrip(this)),
+      panels_(new StatusPanels(statusBar())),
+      channelCommands_(new ChannelCommands(window_, *chart_, *channels_)),
+      windowsMenu_(new WindowsMenu(shell, *this)),
       operations_(shell.Waiting(), [this](const std::string& name, const std::string& reason) {
           dialogs_.ShowError(name + " failed: " + reason);
       }) {
     setObjectName("MainForm");
     setMinimumSize(kMinimumSize);
-    auto* middle = new QWidget(this);
     commands_ = std::make_unique<InstrumentCommands>(shell_, *this, operations_);
     terminal_ = std::make_unique<TerminalCommands>(*this, operations_);
-    auto* column = new QVBoxLayout(middle);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(commands_->MakeNextStep(middle));
-    auto* row = new QHBoxLayout;
-    column->addLayout(row, 1);
-    row->addWidget(chart_, 1);
-    row->addWidget(channels_);
-    setCentralWidget(middle);
+    LayOut();
     MakeMenus();
-    MakeStatusBar();
     RestorePlace();
     InstrumentChanged();
+    window_.OnShow = [this] { BringToFront(); };
     commands_->Update();
     graph_->Update();
     timer_->setObjectName("ProcessSerialInputTimer");
@@ -99,6 +71,21 @@ MainForm::MainForm(Shell& shell, std::unique_ptr<SerialLine> line)
 }
 
 MainForm::~MainForm() = default;
+
+void MainForm::LayOut() {
+    auto* middle = new QWidget(this);
+    auto* column = new QVBoxLayout(middle);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(notices_);
+    column->addWidget(commands_->MakeNextStep(middle));
+    auto* row = new QHBoxLayout;
+    row->setSpacing(0);
+    column->addLayout(row, 1);
+    row->addWidget(chart_, 1);
+    row->addWidget(channels_);
+    setCentralWidget(middle);
+}
 
 void MainForm::MakeMenus() {
     QMenu* file = menuBar()->addMenu("&File");
@@ -116,6 +103,10 @@ void MainForm::MakeMenus() {
     commands_->MakeMenu(menuBar());
     terminal_->MakeMenu(menuBar()->findChild<QMenu*>("Inst_menu"));
     auto* bar = new QToolBar(this);
+    bar->setObjectName("Toolbar");
+    bar->setWindowTitle("Tool Bar");
+    bar->setMovable(false);
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     commands_->MakeToolBar(bar);
     terminal_->MakeToolBar(bar);
     addToolBar(bar);
@@ -123,18 +114,20 @@ void MainForm::MakeMenus() {
     auto* scales = new QToolBar(this);
     graph_->MakeToolBar(scales);
     addToolBar(scales);
+    MakeChannelViewItem(menuBar()->findChild<QMenu*>("Graph_menu"));
+    windowsMenu_->MakeMenu(menuBar());
+    (new HelpCommands(*this))->MakeMenu(menuBar());
+}
 
-    QMenu* view = menuBar()->addMenu("&View");
-    view->setObjectName("View_menu");
-    channelView_ = view->addAction("&Channel Panel");
+void MainForm::MakeChannelViewItem(QMenu* menu) {
+    menu->addSeparator();
+    channelView_ = menu->addAction("C&hannel Panel");
     channelView_->setObjectName("ChannelViewItem");
     channelView_->setCheckable(true);
     channelView_->setShortcut(Qt::Key_F4);
     connect(channelView_, &QAction::toggled, this, &MainForm::SetChannelView);
     channelView_->setChecked(FlagFromText(shell_.App().settings.GetSetting("App", "ChannelViewOpen", "1")));
     SetChannelView(channelView_->isChecked());
-
-    (new HelpCommands(*this))->MakeMenu(menuBar());
 }
 
 void MainForm::ShowProcessFiles() {
@@ -142,76 +135,42 @@ void MainForm::ShowProcessFiles() {
     processFiles_->Show();
 }
 
-void MainForm::MakeStatusBar() {
-    QStatusBar* bar = statusBar();
-    bar->setObjectName("StatusBar");
-    bar->setContentsMargins(8, 0, 4, 0);
-    panels_.state = StatusPanel(bar, "Status_Box", "State of the instrument", "Starting: 000 s");
-    panels_.elapsed = StatusPanel(bar, "ElapsedPanel", "Time since the first sample", "00000.0 min");
-    panels_.depth = StatusPanel(bar, "DepthPanel", "Depth", "-0000.00 m");
-    panels_.temperature = StatusPanel(bar, "TemperaturePanel", "Water temperature", "-00.00 C");
-    panels_.voltage = StatusPanel(bar, "VoltagePanel", "Supply of the instrument", "00.0 V");
-    panels_.files = new QLabel(bar);
-    panels_.files->setObjectName("DataPath");
-    panels_.files->setAccessibleName("Where the data are recorded");
-    panels_.files->setTextFormat(Qt::RichText);
-    panels_.files->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
-    connect(panels_.files, &QLabel::linkActivated, this,
-            [](const QString& link) { QDesktopServices::openUrl(QUrl(link)); });
-    bar->addPermanentWidget(panels_.files);
-}
-
 void MainForm::Tick() {
     window_.Tick();
-    ShowReadouts();
-    ShowStatus();
+    channelCommands_->Update();
+    panels_->Show(window_);
+    ShowTitle();
     commands_->Update();
     graph_->Update();
     terminal_->Update();
+    shell_.WatchSleep();
     shell_.Waiting().ResumeReady();
 }
 
-void MainForm::ShowReadouts() {
-    const PlotReadouts& shown = window_.Plot.Readouts();
-    for (std::size_t box = 0; box < shown.DataBox.size(); ++box)
-        channels_->SetValue(static_cast<int>(box), shown.DataBox[box].View());
-    const std::string_view elapsed = shown.Elapsed.View();
-    Show(panels_.elapsed, QString::fromLatin1(elapsed.data(), static_cast<qsizetype>(elapsed.size())));
-    const DataWindowState& state = window_.Link.State;
-    if (!state.HasSample) return;
-    const CalibratedSample& sample = state.CurrentSample;
-    const bool metres = window_.Plot.DepthInMeters();
-    const double depth = metres ? sample.Depth : sample.Depth * 39.37 / 12;
-    Show(panels_.depth, WithUnit(depth, 2, metres ? "m" : "ft"));
-    Show(panels_.temperature, WithUnit(sample.Temp, 2, "C"));
-    Show(panels_.voltage, state.SupplyVoltage ? WithUnit(*state.SupplyVoltage, 1, "V") : QString("---"));
+void MainForm::ShowTitle() {
+    const QString title = FromText(window_.Title());
+    if (windowTitle() == title) return;
+    setWindowTitle(title);
+    shell_.BuildWindowMenu();
 }
 
-void MainForm::ShowStatus() {
-    Show(panels_.state, FromText(window_.StatusText()));
-    const QString title = FromText(window_.Title());
-    if (windowTitle() != title) setWindowTitle(title);
-    const QString where = FromText(window_.WhereDataAre());
-    if (panels_.files->toolTip() == where) return;
-    panels_.files->setToolTip(where);
-    const QString folder =
-        where.isEmpty() ? QString() : TextFromPath(PathFromText(where.section('\n', 0, 0)).parent_path());
-    const QString link = QUrl::fromLocalFile(folder).toString().toHtmlEscaped();
-    panels_.files->setText(
-        where.isEmpty() ? QString()
-                        : QString("<a href=\"%1\">Recording in %2</a>").arg(link, folder.toHtmlEscaped()));
+void MainForm::BuildWindowMenu() {
+    windowsMenu_->BuildWindowMenu();
+}
+
+void MainForm::BringToFront() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
 }
 
 void MainForm::InstrumentChanged() {
-    std::vector<ChannelRow> rows;
     graph_->ShowCurves();
-    for (const PlottedChannel& channel : PlottedChannels(window_.Plot, window_.Link.CalData)) {
-        if (!channel.calibrated) continue;
-        const CurveSample curve = chart_->SampleOf(channel.group, channel.series);
-        rows.push_back({channel.box, FromText(channel.name), FromText(channel.unit), curve.color});
-    }
-    channels_->SetChannels(rows);
-    ShowStatus();
+    channelCommands_->InstrumentChanged();
+    panels_->Show(window_);
+    ShowTitle();
+    commands_->Update();
 }
 
 void MainForm::SetChannelView(bool open) {

@@ -8,19 +8,23 @@
 #include "app/forms/FormDialogs.h"
 #include "platform/Operations.h"
 
-class QLabel;
+class QMenu;
 class QTimer;
 
 namespace marisonde {
 
+class ChannelCommands;
 class ChannelPanel;
 class ChartView;
 class GraphCommands;
 class InstrumentCommands;
+class NoticeStrip;
 class ParameterCommands;
 class ProcessFilesForm;
 class Shell;
+class StatusPanels;
 class TerminalCommands;
+class WindowsMenu;
 
 /// One data window: the graph as the largest thing, the channels beside it, the instrument's state below.
 class MainForm final : public QMainWindow {
@@ -37,6 +41,12 @@ class MainForm final : public QMainWindow {
     [[nodiscard]] Operations& Running() { return operations_; }
     [[nodiscard]] InstrumentCommands& Commands() { return *commands_; }
     [[nodiscard]] ParameterCommands& Parameters() { return *parameters_; }
+    /// Notices that wait in the window until they are read, and hold up nothing.
+    [[nodiscard]] NoticeStrip& Notices() { return *notices_; }
+    /// Makes the list in the menu of windows anew, if it has changed.
+    void BuildWindowMenu();
+    /// Brings the window to the front.
+    void BringToFront();
     /// True while a question of its closing stands.
     [[nodiscard]] bool AsksToClose() const { return operations_.Running("Close"); }
     /// The gate of closing: ends what connects, then asks. False: the window stays open.
@@ -54,11 +64,11 @@ class MainForm final : public QMainWindow {
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    void LayOut();
     void MakeMenus();
-    void MakeStatusBar();
+    void MakeChannelViewItem(QMenu* menu);
     void Tick();
-    void ShowReadouts();
-    void ShowStatus();
+    void ShowTitle();
     void SetChannelView(bool open);
     void ShowProcessFiles();
     void AskToClose();
@@ -75,14 +85,10 @@ class MainForm final : public QMainWindow {
     QAction* channelView_ = nullptr;
     ParameterCommands* parameters_;
     ProcessFilesForm* processFiles_ = nullptr;  ///< made when it is first wanted
-    struct StatusPanels {
-        QLabel* state = nullptr;
-        QLabel* elapsed = nullptr;
-        QLabel* depth = nullptr;
-        QLabel* temperature = nullptr;
-        QLabel* voltage = nullptr;
-        QLabel* files = nullptr;
-    } panels_;
+    NoticeStrip* notices_;
+    StatusPanels* panels_;
+    ChannelCommands* channelCommands_ = nullptr;
+    WindowsMenu* windowsMenu_;
     bool mayClose_ = false;
     std::function<void()> insteadOfAsking_;
     std::unique_ptr<InstrumentCommands> commands_;

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <algorithm>
 
+#include "app/WindowStart.h"
 #include "app/forms/MainForm.h"
 #include "link/Ports.h"
 
@@ -19,6 +20,7 @@ Shell::~Shell() {
 }
 
 MainForm* Shell::NewWindow() {
+    if (app_.FirstFreeWindow() == kMaxWindows) return nullptr;
     return NewWindow(app_.ports->MakeLine());
 }
 
@@ -26,7 +28,27 @@ MainForm* Shell::NewWindow(std::unique_ptr<SerialLine> line) {
     if (app_.FirstFreeWindow() == kMaxWindows) return nullptr;
     auto* form = new MainForm(*this, std::move(line));
     forms_.emplace_back(form);
+    // A closed window leaves its slot when it is deleted.
+    connect(form, &QObject::destroyed, this, [this, form] {
+        std::erase_if(forms_, [form](const QPointer<MainForm>& known) { return !known || known == form; });
+        WatchSleep();
+        BuildWindowMenu();
+    });
+    LoadRecalledCalibration(form->Window());
+    form->InstrumentChanged();
+    BuildWindowMenu();
     return form;
+}
+
+void Shell::BuildWindowMenu() {
+    for (MainForm* form : Windows()) form->BuildWindowMenu();
+}
+
+void Shell::WatchSleep() {
+    const auto windows = Windows();
+    awake_.Update(std::any_of(windows.begin(), windows.end(), [](MainForm* form) {
+        return NeedsComputerAwake(form->Window().Link, form->Window().Files.AnyOpen());
+    }));
 }
 
 std::vector<MainForm*> Shell::Windows() const {

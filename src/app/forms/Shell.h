@@ -9,6 +9,7 @@
 #include "app/AppContext.h"
 #include "app/CommandLine.h"
 #include "link/SerialLine.h"
+#include "platform/KeepAwake.h"
 #include "platform/Operations.h"
 #include "platform/Pump.h"
 
@@ -27,12 +28,18 @@ class Shell final : public QObject {
     [[nodiscard]] AppContext& App() { return app_; }
     [[nodiscard]] Pump& Waiting() { return pump_; }
 
-    /// A new window in the lowest free slot; nullptr when all are taken. Its line is one of the application's
-    /// ports.
+    /// A new window in the lowest free slot, with the calibration that the user wants recalled; nullptr when
+    /// all slots are taken. Its line is one of the application's ports.
     MainForm* NewWindow();
     /// The same on a line of its own.
     MainForm* NewWindow(std::unique_ptr<SerialLine> line);
     [[nodiscard]] std::vector<MainForm*> Windows() const;
+    /// Every window shows the same list of windows: makes it anew in all.
+    void BuildWindowMenu();
+    /// Keeps the computer awake while data arrive in any window.
+    void WatchSleep();
+    /// Whom the computer's sleep is kept off by; none is used before.
+    void UseInhibitor(std::unique_ptr<SleepInhibitor> inhibitor) { awake_.Use(std::move(inhibitor)); }
     /// Asks every used window, `first` first, whether it may close; the first refusal stops it all.
     void ExitCommand(MainForm* first);
     /// While it asks, windows do not close one by one.
@@ -44,6 +51,7 @@ class Shell final : public QObject {
     AppContext& app_;
     Pump& pump_;
     std::vector<QPointer<MainForm>> forms_;
+    KeepAwake awake_;
     Operations operations_;
 };
 

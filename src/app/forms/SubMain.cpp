@@ -10,12 +10,13 @@
 #include <vector>
 
 #include "app/Demonstration.h"
-#include "app/forms/HelpPages.h"
+#include "app/WindowStart.h"
+#include "app/forms/FormHelpers.h"
 #include "app/forms/InstrumentCommands.h"
 #include "app/forms/MainForm.h"
-#include "app/forms/ParameterCommands.h"
+#include "app/forms/NoticeStrip.h"
 #include "app/forms/Shell.h"
-#include "common/Version.h"
+#include "app/forms/ShowStartNotices.h"
 #include "link/PortTable.h"
 #include "link/Ports.h"
 #include "link/SimulatedPorts.h"
@@ -48,15 +49,8 @@ std::string RecoveryNotice(const RecoveryReport& report) {
     return text;
 }
 
-Question ReleaseNotesQuestion() {
-    return {"This appears to be the first time you have run Marisonde version " + std::string(kVersion) +
-                " on this computer.  Would you like to view the release notes (will open a browser window)?",
-            "Yes", "No", ""};
-}
-
-/// Shows a notice in a window, if there is one, and on the terminal: off screen nobody sees the window.
-void Tell(MainForm* form, const std::string& text) {
-    if (form != nullptr) form->Ask().ShowError(text);
+/// Off screen nobody sees the window.
+void TellOnTerminal(const std::string& text) {
     std::fprintf(stderr, "marisonde: %s\n", text.c_str());
 }
 
@@ -77,11 +71,14 @@ struct Program {
         app.sigma = std::move(sigma.params);
         missingSigmaFiles = sigma.missingFiles;
         app.pureWater = LoadPureWaterParams(settings);
+        shell.UseInhibitor(SystemSleepInhibitor());
     }
 
     /// Settings are also saved when no window is left to show that they cannot be.
     void TellSettingsProblem(const std::string& reason) const {
-        Tell(first.data(), "The settings cannot be kept: " + reason + ".");
+        const std::string text = "The settings cannot be kept: " + reason + ".";
+        if (first) first->Notices().AddNotice(FromText(text));
+        TellOnTerminal(text);
     }
 
     QPointer<MainForm> first;
@@ -97,44 +94,28 @@ struct Program {
     int missingSigmaFiles = 0;
 };
 
-/// What there is to say about the start, in the first window.
-void ShowStartNotices(Program& program, MainForm& form, bool demo) {
+/// What there is to say about the start, in the first window. A demonstration greets nobody.
+void TellAboutStart(Program& program, MainForm& form, CommandLine::Mode mode) {
     if (program.first) return;
     program.first = &form;
-    const std::string recovered = RecoveryNotice(program.instance.Recovered());
-    if (!recovered.empty()) Tell(&form, recovered);
-    if (!program.instance.Problem().empty()) Tell(&form, program.instance.Problem());
-    if (program.newUser && !demo) form.Ask().ShowError(NewUserNotice());
-    if (program.missingSigmaFiles == 0) return;
-    form.Ask().ShowError(
-        "Files needed for sigma correction were not found.  Please check the parameter settings.");
-    form.Parameters().ShowSigmaParams();
-}
-
-/// Asked once for each version; nothing waits for the answer.
-void AskForReleaseNotes(Program& program, MainForm& form) {
-    const std::string version(kVersion);
-    if (FlagFromText(program.settings.GetSetting("App", version))) return;
-    program.settings.SaveSetting("App", "Version", version);
-    program.settings.SaveSetting("App", version, "TRUE");
-    form.Running().Start("Release notes", [&form](Operation& operation) -> QCoro::Task<> {
-        const Question question = ReleaseNotesQuestion();
-        const Choice choice = co_await form.Ask().ShowChoiceDialog(operation, question);
-        if (choice == Choice::First && !operation.Cancelled()) OpenHelpPage("releasenotes.htm", form.Ask());
-    });
+    StartFacts facts;
+    facts.newUser = program.newUser && mode != CommandLine::Mode::Demo;
+    for (const std::string& problem :
+         {RecoveryNotice(program.instance.Recovered()), program.instance.Problem()}) {
+        if (problem.empty()) continue;
+        facts.problems.push_back(problem);
+        TellOnTerminal(problem);
+    }
+    facts.missingSigmaFiles = program.missingSigmaFiles;
+    facts.offerReleaseNotes = mode == CommandLine::Mode::Window;
+    ShowStartNotices(form, program.settings, StartNotices(facts, program.settings));
 }
 
 int OpenFirstWindow(Program& program, const CommandLine& line) {
     MainForm* const form = program.shell.NewWindow();
     form->show();
-    ShowStartNotices(program, *form, false);
-    const std::string& recalled = program.app.prefs.CalFile;
-    const std::string calFile =
-        !line.calFile.empty() ? line.calFile
-        : program.app.prefs.RecallLastCal && QFileInfo::exists(QString::fromStdString(recalled))
-            ? recalled
-            : std::string();
-    if (!calFile.empty()) form->Window().LoadCalIntoWindow(calFile);
+    TellAboutStart(program, *form, line.mode);
+    if (!line.calFile.empty()) form->Window().LoadCalIntoWindow(line.calFile);
     if (line.mode == CommandLine::Mode::Direct) {
         const std::string error = form->Window().OpenWithoutQuery(line.port, line.baud, line.model);
         if (error.empty())
@@ -143,10 +124,8 @@ int OpenFirstWindow(Program& program, const CommandLine& line) {
             form->Ask().ShowError(error);
     }
     form->InstrumentChanged();
-    if (line.mode == CommandLine::Mode::Window) {
-        AskForReleaseNotes(program, *form);
+    if (line.mode == CommandLine::Mode::Window)
         form->Commands().ConnectOnStartup(program.app.prefs.ConnectOnStartup);
-    }
     return QApplication::exec();
 }
 
@@ -193,7 +172,7 @@ void OpenDemoWindow(Program& program, const CommandLine& line, InstTypeCode mode
     const DemoInstrument instrument = AddDemoInstrument(program.simulated, model, program.clock);
     MainForm* const form = program.shell.NewWindow();
     form->show();
-    ShowStartNotices(program, *form, true);
+    TellAboutStart(program, *form, line.mode);
     const bool withPicture = line.runSeconds > 0;
     form->CloseWith([form, withPicture] { ReportDemo(*form, withPicture); });
     std::optional<InstTypeCode> assumed;

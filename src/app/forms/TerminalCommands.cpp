@@ -7,9 +7,7 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "app/StatusDisplay.h"
 #include "app/WindowTitle.h"
-#include "app/forms/InstrumentCommands.h"
 #include "app/forms/MainForm.h"
 #include "app/forms/TermulatorForm.h"
 
@@ -50,12 +48,6 @@ void TerminalCommands::MakeToolBar(QToolBar* bar) {
 }
 
 void TerminalCommands::Update() {
-    const auto rules = ItemRules();
-    const auto rule = std::find_if(rules.begin(), rules.end(),
-                                   [](const ItemRule& row) { return row.item == "Terminal_menu"; });
-    if (rule != rules.end())
-        terminal_->setEnabled(ItemEnabled(*rule, StatusFactsOf(form_.Window().Link)) &&
-                              !form_.Commands().Connecting());
     if (termulator_) termulator_->Refresh();
 }
 
