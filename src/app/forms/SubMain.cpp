@@ -190,6 +190,8 @@ void OpenDemoWindow(Program& program, const CommandLine& line, InstTypeCode mode
 int ShowDemonstration(Program& program, const CommandLine& line) {
     constexpr int kLongestConnecting = 60;  // s, for all windows together
     program.app.ports = &program.simulated;
+    // A newcomer sees the curves run; whoever has chosen a view finds it again.
+    if (program.settings.GetSetting("GraphDefaults", "VsTime", "").empty()) program.app.prefs.VsTime = true;
     for (const InstTypeCode model : line.demoModels) OpenDemoWindow(program, line, model);
     if (line.runSeconds > 0) {
         EndDemoOnceSampling(program, line.runSeconds);
