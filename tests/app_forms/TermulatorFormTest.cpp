@@ -324,7 +324,12 @@ TEST_F(TermulatorFormTest, MenusHoldTheItemsOfTheWindow) {
     auto* const menu = The<QMenu>(terminal, "TermInst_menu");
     EXPECT_TRUE(menu->actions().contains(The<QAction>(form, "Connect_menu")));
     EXPECT_TRUE(menu->actions().contains(The<QAction>(form, "Disconnect_menu")));
+    EXPECT_TRUE(menu->actions().contains(The<QAction>(form, "Sleep_menu")));
     EXPECT_EQ(menu->title(), The<QMenu>(form, "Inst_menu")->title());
+    EXPECT_NE(menu->title(), "&Instrument") << "the model's name";
+    const QMenuBar* const bar = terminal->menuBar();
+    for (const char* shared : {"Window_menu", "Help_menu"})
+        EXPECT_TRUE(bar->actions().contains(The<QMenu>(form, shared)->menuAction())) << shared;
 }
 
 TEST_F(TermulatorFormTest, ReadoutsAreThoseOfTheWindow) {

@@ -3,11 +3,10 @@
 #include <QAction>
 #include <QMenu>
 #include <QStyle>
-#include <QToolBar>
-#include <QToolButton>
-#include <algorithm>
+#include <vector>
 
 #include "app/WindowTitle.h"
+#include "app/forms/FormHelpers.h"
 #include "app/forms/MainForm.h"
 #include "app/forms/TermulatorForm.h"
 
@@ -40,11 +39,7 @@ void TerminalCommands::MakeMenu(QMenu* instrument) {
 }
 
 void TerminalCommands::MakeToolBar(QToolBar* bar) {
-    bar->addAction(terminal_);
-    auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(terminal_));
-    if (button == nullptr) return;
-    button->setObjectName("Termulator_Button");
-    button->setAccessibleName(terminal_->toolTip());
+    AddToolButton(bar, terminal_, "Termulator_Button");
 }
 
 void TerminalCommands::Update() {

@@ -78,7 +78,7 @@ void TermulatorForm::MakeBoxes() {
     ascii_ = new QRadioButton("&ASCII lines", this);
     ascii_->setObjectName("ASCII_Option");
     ascii_->setToolTip("Data lines as the instrument sends them");
-    numerical_ = new QRadioButton("Calibrated &values", this);
+    numerical_ = new QRadioButton("Ca&librated values", this);
     numerical_->setObjectName("Numerical");
     numerical_->setToolTip("Time, counts, gains, calibrated values, depth and temperature of each sample");
     connect(numerical_, &QRadioButton::toggled, this, [this](bool on) { window_.Terminal.Numerical = on; });
