@@ -72,6 +72,12 @@ void Chart2D::SetIsBatched(bool batched) {
 }
 
 AxisRange Chart2D::DataRange(AxisName name) const {
+    KnownRange& known = known_[static_cast<std::size_t>(name)];
+    if (known.revision != dataRevision_) known = {dataRevision_, FindDataRange(name)};
+    return known.range;
+}
+
+AxisRange Chart2D::FindDataRange(AxisName name) const {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     AxisRange range{kInfinity, -kInfinity};
     for (const int number : {1, 2}) {
@@ -87,11 +93,13 @@ AxisRange Chart2D::DataRange(AxisName name) const {
 }
 
 void Chart2D::NotePointsChanged() {
+    ++dataRevision_;
     ++pointsRevision_;
     Changed();
 }
 
 void Chart2D::NotePointsAppended() {
+    ++dataRevision_;
     const auto follows = [](const ChartAxis& axis) { return axis.MinIsDefault() || axis.MaxIsDefault(); };
     if (follows(x_) || follows(y_) || follows(y2_))
         NoteAxesChanged();
@@ -101,7 +109,8 @@ void Chart2D::NotePointsAppended() {
 
 void Chart2D::NoteAxesChanged() {
     ++axesRevision_;
-    NotePointsChanged();
+    ++pointsRevision_;
+    Changed();
 }
 
 void Chart2D::Changed() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 
@@ -49,6 +50,7 @@ class Chart2D {
     std::function<void()> OnChange;
 
     /// Smallest and largest value that the drawn points have on an axis; min above max when there is none.
+    /// Asked again about the same points, it does not look at them again.
     [[nodiscard]] AxisRange DataRange(AxisName name) const;
 
     void NotePointsChanged();
@@ -56,7 +58,12 @@ class Chart2D {
     void NoteAxesChanged();
 
   private:
+    struct KnownRange {
+        std::uint64_t revision = 0;
+        AxisRange range;
+    };
     void Changed();
+    [[nodiscard]] AxisRange FindDataRange(AxisName name) const;
 
     ChartGroup group1_;
     ChartGroup group2_;
@@ -67,6 +74,8 @@ class Chart2D {
     bool batched_ = false;
     std::uint64_t pointsRevision_ = 1;
     std::uint64_t axesRevision_ = 1;
+    std::uint64_t dataRevision_ = 1;  ///< grows with every change of what is drawn, and not with the axes
+    mutable std::array<KnownRange, 3> known_;
 };
 
 /// Sets both limits of an axis; nothing when one of them is not finite.

@@ -127,7 +127,7 @@ void SaveGraphDefaults(Settings& settings, const GraphDefaults& defaults) {
 
 void ApplyGraphDefaults(const GraphDefaults& defaults, LivePlot& plot, Chart2D& chart) {
     const ChartBatch batch(chart);
-    plot.Look = defaults;
+    plot.Look = static_cast<const GraphLook&>(defaults);
     plot.AutoDataMin = defaults.AutoDataMin;
     plot.AutoDataMax = defaults.AutoDataMax;
     plot.AutoDataMin2 = defaults.AutoDataMin2;

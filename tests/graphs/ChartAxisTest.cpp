@@ -120,5 +120,43 @@ TEST_F(ChartAxisTest, PointsThatAppendUnderDefaultLimitsRedrawAll) {
     EXPECT_GT(chart.AxesRevision(), before);
 }
 
+TEST(ChartDataRange, KnowsEveryChangeOfWhatIsDrawn) {
+    Chart2D chart;
+    ChartGroup& group = chart.ChartGroups(1);
+    group.SetNumSeries(2);
+    group.SetLastPoint(0);
+    const auto range = [&](AxisName name) {
+        const AxisRange found = chart.DataRange(name);
+        return std::pair(found.min, found.max);
+    };
+    EXPECT_GT(range(AxisName::Y).first, range(AxisName::Y).second) << "nothing is drawn";
+    for (int i = 1; i <= 9; ++i) {
+        group.SetX(i, i);
+        group.SetY(1, i, 10 * i);
+        group.SetY(2, i, -i);
+    }
+    group.FastAdd(3);
+    EXPECT_EQ(range(AxisName::Y), std::pair(-3.0, 30.0));
+    group.FastAdd(5);
+    EXPECT_EQ(range(AxisName::X), std::pair(1.0, 8.0));
+    EXPECT_EQ(range(AxisName::Y), std::pair(-8.0, 80.0));
+    group.SetY(2, 7, -70);
+    EXPECT_EQ(range(AxisName::Y), std::pair(-70.0, 80.0));
+    group.SetDisplay(2, SeriesDisplay::Kept);
+    EXPECT_EQ(range(AxisName::Y), std::pair(10.0, 80.0));
+    group.MovePoints(7, 1, 3);
+    EXPECT_EQ(range(AxisName::Y), std::pair(30.0, 90.0));
+    group.SwapSeries(1, 2);
+    EXPECT_EQ(range(AxisName::Y), std::pair(-70.0, -3.0));
+    group.ScaleX(2);
+    EXPECT_EQ(range(AxisName::X), std::pair(6.0, 18.0));
+    group.SwapXWithSeries(1);
+    EXPECT_EQ(range(AxisName::Y), std::pair(6.0, 18.0));
+    chart.Axes(AxisName::Y).SetMin(3);
+    EXPECT_EQ(range(AxisName::Y), std::pair(6.0, 18.0));
+    group.SetNumPoints(0);
+    EXPECT_GT(range(AxisName::Y).first, range(AxisName::Y).second);
+}
+
 }  // namespace
 }  // namespace marisonde

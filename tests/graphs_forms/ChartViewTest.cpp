@@ -208,6 +208,22 @@ TEST_F(ChartViewTest, CurvesHaveStrokesOfTheirPattern) {
     }
 }
 
+TEST_F(ChartViewTest, TheLegendNamesTheCurvesThatAreDrawn) {
+    view.SetSeriesStyle(1, 2, {"c(700)", Qt::red});
+    view.RefreshNow();
+    EXPECT_EQ(Plot().legend->itemCount(), 2);
+    chart.ChartGroups(1).SetDisplay(1, SeriesDisplay::Kept);
+    view.RefreshNow();
+    EXPECT_EQ(Plot().legend->itemCount(), 1);
+    chart.ChartGroups(1).SetDisplay(2, SeriesDisplay::Kept);
+    view.RefreshNow();
+    EXPECT_FALSE(Plot().legend->visible());
+    chart.ChartGroups(1).SetDisplay(1, SeriesDisplay::Drawn);
+    view.RefreshNow();
+    EXPECT_EQ(Plot().legend->itemCount(), 1);
+    EXPECT_TRUE(Plot().legend->visible());
+}
+
 TEST_F(ChartViewTest, MarkersAreShownOnceTheyAreWiderThanTheLine) {
     view.SetSeriesStyle(1, 1, {"c(470)", Qt::blue, 0, CurveMarker::Square});
     EXPECT_EQ(view.SampleOf(1, 1).marker, CurveMarker::None);

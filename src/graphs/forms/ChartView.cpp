@@ -42,6 +42,7 @@ void ChartView::Mark() {
 
 void ChartView::OnTimer() {
     if (chart_.IsBatched()) return;
+    ShowLegend();
     const QRect changed = plot_->Refresh();
     if (!changed.isEmpty()) plot_->update(changed);
     Describe();
@@ -50,6 +51,7 @@ void ChartView::OnTimer() {
 void ChartView::RefreshNow() {
     if (chart_.IsBatched()) return;
     timer_.stop();
+    ShowLegend();
     const QRect changed = plot_->Refresh();
     if (!changed.isEmpty()) plot_->repaint(changed);
     Describe();
@@ -97,7 +99,6 @@ void ChartView::ApplyStyles() {
     plot_->SetColors(colors_, look_);
     samples_.clear();
     plot_->Layer().ClearPens();
-    std::vector<LegendEntry> entries;
     std::vector<QColor> taken;
     for (const auto& [where, style] : styles_) {
         const QColor shown = DistinctOn(style.color, colors_.plotBackground, taken);
@@ -107,9 +108,28 @@ void ChartView::ApplyStyles() {
         const CurveSample sample{shown, faint, style.pattern, marker};
         plot_->Layer().SetPen(where.first, where.second, {shown.rgb(), faint.rgb(), style.pattern, marker});
         samples_[where] = sample;
-        if (!style.name.isEmpty()) entries.push_back({style.name, sample});
     }
+    named_.reset();
+    ShowLegend();
+}
+
+std::vector<bool> ChartView::DrawnCurves() const {
+    std::vector<bool> drawn;
+    drawn.reserve(styles_.size());
+    for (const auto& [where, style] : styles_)
+        drawn.push_back(chart_.ChartGroups(where.first).Display(where.second) == SeriesDisplay::Drawn);
+    return drawn;
+}
+
+void ChartView::ShowLegend() {
+    std::vector<bool> drawn = DrawnCurves();
+    if (named_ == drawn) return;
+    std::vector<LegendEntry> entries;
+    auto named = drawn.begin();
+    for (const auto& [where, style] : styles_)
+        if (*named++ && !style.name.isEmpty()) entries.push_back({style.name, samples_[where]});
     plot_->SetLegend(entries);
+    named_ = std::move(drawn);
 }
 
 QPointF ChartView::PixelToData(int group, const QPoint& position) const {
@@ -158,7 +178,9 @@ void ChartView::focusOutEvent(QFocusEvent* event) {
 // A hidden view keeps no picture up to date; it catches up when it is seen.
 void ChartView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (!chart_.IsBatched()) plot_->Refresh();
+    if (chart_.IsBatched()) return;
+    ShowLegend();
+    plot_->Refresh();
     Describe();
 }
 

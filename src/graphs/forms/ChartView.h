@@ -4,7 +4,9 @@
 #include <QTimer>
 #include <QWidget>
 #include <map>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "graphs/Chart2D.h"
 #include "graphs/forms/ChartLook.h"
@@ -79,6 +81,9 @@ class ChartView final : public QWidget {
     void Mark();
     void OnTimer();
     void ApplyStyles();
+    /// Names the curves that are drawn at present; cheap while they are the same.
+    void ShowLegend();
+    [[nodiscard]] std::vector<bool> DrawnCurves() const;
     void Describe();
 
     Chart2D& chart_;
@@ -87,6 +92,7 @@ class ChartView final : public QWidget {
     ChartColors colors_;
     std::map<std::pair<int, int>, SeriesStyle> styles_;
     std::map<std::pair<int, int>, CurveSample> samples_;
+    std::optional<std::vector<bool>> named_;  ///< what DrawnCurves gave for the legend that is shown
     QTimer timer_;
     std::uint64_t describedAxes_ = 0;
 };
