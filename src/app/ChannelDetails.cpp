@@ -6,7 +6,6 @@
 
 #include "app/DataWindow.h"
 #include "app/PlottedChannels.h"
-#include "common/Numbers.h"
 #include "graphs/PlotReadouts.h"
 
 namespace marisonde {
@@ -37,7 +36,10 @@ Limits LimitsOf(const ChartGroup& group, int series) {
 
 std::string LimitText(double value, InstTypeCode model) {
     if (!std::isfinite(value)) return kNoValue;
-    return FixedText(value, IsDelphFamily(model) ? kDelphDecimals : kDecimals);
+    // Cut as the readout is, or the newest value could seem to lie outside its limits.
+    ReadoutText text;
+    text.SetCut(value, IsDelphFamily(model) ? kDelphDecimals : kDecimals);
+    return std::string(text.View());
 }
 
 void ReadRaw(const DataWindowState& state, InstTypeCode model, std::size_t channel, ChannelDetails& details) {

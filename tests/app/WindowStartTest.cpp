@@ -143,8 +143,8 @@ TEST_F(WindowStartTest, DetailsOfAChannelComeFromItsPointsAndItsNewestSample) {
     window->Link.State.CurrentRaw.Ref[1] = 567;
     window->Link.State.CurrentRaw.Gain[1] = 4;
     const ChannelDetails details = DetailsOf(*window, channel);
-    EXPECT_EQ(details.minimum, "0.12500") << "of the points that are drawn, without values that failed";
-    EXPECT_EQ(details.maximum, "0.50000");
+    EXPECT_EQ(details.minimum, "0.125") << "of the points that are drawn, without values that failed";
+    EXPECT_EQ(details.maximum, "0.5");
     EXPECT_EQ(details.counts, "1234");
     EXPECT_EQ(details.reference, "567");
     EXPECT_EQ(details.gain, "4");

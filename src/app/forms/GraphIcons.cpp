@@ -49,6 +49,16 @@ void DrawVsDepth(QPainter& painter) {
     painter.drawPolyline(QPolygonF{{6, 4.5}, {9.5, 7}, {7.5, 9.5}, {12, 13.5}});
 }
 
+void DrawStart(QPainter& painter) {
+    painter.setBrush(painter.pen().color());
+    painter.drawPolygon(QPolygonF{{4, 2.5}, {13, 8}, {4, 13.5}});
+}
+
+void DrawStop(QPainter& painter) {
+    painter.setBrush(painter.pen().color());
+    painter.drawRect(QRectF(3.5, 3.5, 9, 9));
+}
+
 void Draw(GraphIcon icon, QPainter& painter) {
     switch (icon) {
         case GraphIcon::Full:
@@ -64,6 +74,10 @@ void Draw(GraphIcon icon, QPainter& painter) {
             return DrawVsTime(painter);
         case GraphIcon::VsDepth:
             return DrawVsDepth(painter);
+        case GraphIcon::Start:
+            return DrawStart(painter);
+        case GraphIcon::Stop:
+            return DrawStop(painter);
     }
 }
 

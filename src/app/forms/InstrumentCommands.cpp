@@ -12,6 +12,7 @@
 #include "app/ConnectCommand.h"
 #include "app/Shutdown.h"
 #include "app/forms/FormHelpers.h"
+#include "app/forms/GraphIcons.h"
 #include "app/forms/InstStatusForm.h"
 #include "app/forms/MainForm.h"
 #include "app/forms/Shell.h"
@@ -61,7 +62,7 @@ void InstrumentCommands::MakeActions() {
     startStop_->setShortcut(Qt::Key_F5);
     startButton_->setObjectName("Start_Button_action");
     startButton_->setToolTip("Start or stop sampling (F5)");
-    startButton_->setIcon(style->standardIcon(QStyle::SP_MediaPlay));
+    startButton_->setIcon(MakeGraphIcon(GraphIcon::Start));
     startStop_->setIcon(startButton_->icon());
     sleep_->setObjectName("Sleep_menu");
     status_->setObjectName("InstStatusItem");
@@ -147,8 +148,7 @@ void InstrumentCommands::ShowCaptions() {
     if (startButton_->iconText() != button) startButton_->setIconText(button);
     if (stops == startButton_->data().toBool()) return;
     startButton_->setData(stops);
-    const QStyle* style = form_.style();
-    startButton_->setIcon(style->standardIcon(stops ? QStyle::SP_MediaStop : QStyle::SP_MediaPlay));
+    startButton_->setIcon(MakeGraphIcon(stops ? GraphIcon::Stop : GraphIcon::Start));
     startStop_->setIcon(startButton_->icon());
 }
 
