@@ -32,7 +32,7 @@ std::string LoadedFile(const DataWindow& window) {
 
 std::string WindowSubject(const DataWindow& window) {
     if (window.Files.AnyOpen()) return RecordedFiles(window);
-    if (const std::string loaded = LoadedFile(window); !loaded.empty()) return loaded;
+    if (std::string loaded = LoadedFile(window); !loaded.empty()) return loaded;
     if (!window.Link.Line().IsOpen()) return "No connection";
     const DataWindowState& state = window.Link.State;
     return state.InstSerial.empty() ? " Port " + std::to_string(state.PortNumber) : state.InstSerial;
