@@ -23,6 +23,7 @@ bool Waiter::await_ready() {
 void Waiter::await_suspend(std::coroutine_handle<> handle) {
     state_->handle = handle;
     pump_->waiting_.push_back(state_);
+    if (state_->limit == Millis{0} && pump_->OnWorkAtHand) pump_->OnWorkAtHand();
 }
 
 bool Waiter::await_resume() const {

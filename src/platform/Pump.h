@@ -57,6 +57,11 @@ class Pump {
     /// turn does nothing.
     void ResumeReady();
 
+    /// Called when a coroutine begins to wait for nothing but the next turn: it has more work at hand, and
+    /// lets the rest of the program in only in between. Who turns the pump by a slow clock does so at once
+    /// then, from the event loop; without it the work goes on with the next tick.
+    std::function<void()> OnWorkAtHand;
+
     /// True when no coroutine waits. A coroutine that was destroyed while it waited does not count.
     [[nodiscard]] bool Idle() const { return WaitingCount() == 0; }
     [[nodiscard]] std::size_t WaitingCount() const;

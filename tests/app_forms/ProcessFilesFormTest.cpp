@@ -68,6 +68,19 @@ TEST_F(ProcessFilesFormTest, ListsRawFilesOnlyAndConvertsTheSelectedOnes) {
     EXPECT_TRUE(Get<QPushButton>("ProcessButton")->isEnabled());
 }
 
+TEST_F(ProcessFilesFormTest, WorksOnBetweenTheTicks) {
+    std::string cast;
+    for (int i = 0; i < 200000; ++i) cast += kLine;  // several slices even of a clock that stands still
+    TestFolder::Write(folder / "in/a.raw", cast);
+    Show();
+    FillIn();
+    QTest::mouseClick(Get<QPushButton>("ProcessButton"), Qt::LeftButton);
+    EXPECT_FALSE(Get<QPushButton>("ProcessButton")->isEnabled());
+    for (int turns = 0; turns < 100 && !Get<QPushButton>("ProcessButton")->isEnabled(); ++turns) Settle();
+    EXPECT_TRUE(Get<QPushButton>("ProcessButton")->isEnabled());
+    EXPECT_EQ(Out(), (std::set<std::string>{"a.dat", "B.dat"}));
+}
+
 TEST_F(ProcessFilesFormTest, DecimalDataNeedNoCalibration) {
     Show();
     FillIn();

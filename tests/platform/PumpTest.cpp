@@ -80,6 +80,20 @@ TEST_F(PumpTest, ResumesInTheTurnInWhichTheConditionComesTrue) {
     EXPECT_EQ(log, Log{"a met"});
 }
 
+TEST_F(PumpTest, TellsOfWorkAtHandAndOfNoOtherWait) {
+    int told = 0;
+    pump.OnWorkAtHand = [&told] { ++told; };
+    const Frame patient = WaitFor(pump, flag, 1ms, log, "patient");
+    EXPECT_EQ(told, 0);
+    const Frame atWork = WaitFor(pump, flag, 0ms, log, "at work");
+    EXPECT_EQ(told, 1);
+    EXPECT_FALSE(atWork.Done());
+    pump.ResumeReady();
+    EXPECT_TRUE(atWork.Done());
+    EXPECT_FALSE(patient.Done());
+    EXPECT_EQ(told, 1);
+}
+
 TEST_F(PumpTest, TheLimitPassesAtItsMillisecondAndNotBefore) {
     const Frame frame = WaitFor(pump, flag, 60s, log, "a");
     Turn(59999ms);

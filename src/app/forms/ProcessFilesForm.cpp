@@ -22,6 +22,8 @@ namespace marisonde {
 namespace {
 
 constexpr int kBarSteps = 1000;
+/// Ten times a second is all that an eye follows; painting takes time from the files.
+constexpr Millis kBetweenPaintings{100};
 
 template <class Button>
 Button* Make(QWidget* parent, const char* name, const char* caption) {
@@ -211,6 +213,9 @@ void ProcessFilesForm::Process() {
 }
 
 void ProcessFilesForm::ShowProgress(const BatchProgress& at) {
+    const Millis now = app_.clock.Steady();
+    if (at.within.done != 0 && now < nextShown_) return;
+    nextShown_ = now + kBetweenPaintings;
     const double within =
         at.within.size == 0 ? 0 : static_cast<double>(at.within.done) / static_cast<double>(at.within.size);
     const double done = (static_cast<double>(at.file) + within) / static_cast<double>(at.files);

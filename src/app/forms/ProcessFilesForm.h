@@ -53,6 +53,7 @@ class ProcessFilesForm final : public QDialog {
     QStringList atWork_;  ///< names of the files of the run
     bool working_ = false;
     bool stop_ = false;
+    Millis nextShown_{0};  ///< when progress within a file is painted again
     QLineEdit* source_ = nullptr;
     QLineEdit* dat_ = nullptr;
     QLineEdit* cal_ = nullptr;

@@ -13,9 +13,15 @@ Shell::Shell(AppContext& app, Pump& pump)
     : app_(app), pump_(pump), operations_(pump, [this](const std::string& name, const std::string& reason) {
           const auto windows = Windows();
           if (!windows.empty()) windows.front()->Ask().ShowError(name + " failed: " + reason);
-      }) {}
+      }) {
+    nextTurn_.setSingleShot(true);
+    nextTurn_.setInterval(0);
+    connect(&nextTurn_, &QTimer::timeout, this, [this] { pump_.ResumeReady(); });
+    pump_.OnWorkAtHand = [this] { nextTurn_.start(); };
+}
 
 Shell::~Shell() {
+    pump_.OnWorkAtHand = nullptr;
     for (MainForm* form : Windows()) delete form;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -52,6 +53,7 @@ class Shell final : public QObject {
     Pump& pump_;
     std::vector<QPointer<MainForm>> forms_;
     KeepAwake awake_;
+    QTimer nextTurn_;  ///< turns the pump for work at hand, as soon as the event loop has seen to the rest
     Operations operations_;
 };
 
