@@ -61,10 +61,15 @@ void DataWindow::Tick() {
     }
     UpdateStatusDisplay(Link, false);
     WatchLine();
-    if (Link.State.TransferActive)
+    if (Stored.IsShown()) {
+        // The user looks at a file: live samples wait in their queue.
+    } else if (Link.State.TransferActive) {
         TransferTick();
-    else
+    } else if (held_) {
+        HoldTick();
+    } else {
         LiveTick();
+    }
     if (recorded_.Holds()) Record({});
     for (const DataFileTrouble& trouble : Files.FlushIfDue(app_.clock.Steady())) Report(trouble);
 }
@@ -75,6 +80,7 @@ void DataWindow::Tick() {
 void DataWindow::FollowCalibration() {
     if (!Link.State.CalReady) converter_.reset();
     if (!Link.State.CalReady || converter_) return;
+    if (Stored.IsShown() && Plot.Model() != Link.CalData.InstType) ClearShownData();
     if (Plot.Model() == Link.CalData.InstType)
         CalibrationChanged();
     else
@@ -98,11 +104,26 @@ void DataWindow::LiveTick() {
             Plot.AbandonTick();
             return;
         }
-        if (Link.State.CurrentSample.Time == 0) Link.State.CurrentSample.Time = app_.clock.Now();
+        DateSample();
         StoreSample();
-        Plot.AddSample(Link.State.CurrentRaw, Link.State.CurrentSample);
+        PlotSample(Link.State.CurrentRaw, Link.State.CurrentSample);
     }
     Plot.EndTick();
+}
+
+void DataWindow::DateSample() {
+    CalibratedSample& sample = Link.State.CurrentSample;
+    if (sample.Time != 0) return;
+    sample.Time = app_.clock.Now();
+    dates_.push_back(sample.Time);
+    if (dates_.size() <= static_cast<std::size_t>(Plot.MaxGraphPoints)) return;
+    dates_.pop_front();
+    ++datesDropped_;
+}
+
+void DataWindow::PlotSample(const RawSample& raw, const CalibratedSample& sample) {
+    Plot.AddSample(raw, sample);
+    if (!Files.IsOpen(DataFileKind::Raw)) plottedUnlogged_ = true;
 }
 
 bool DataWindow::TakeNextSample() {
@@ -233,6 +254,7 @@ std::string DataWindow::NoFittingCalibration(InstTypeCode model) const {
 }
 
 void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath) {
+    ClearShownData();
     const HeaderStamp stamp{app_.prefs.UserHeader, app_.clock.Now()};
     DataFilesRequest request;
     request.temporaryFolder = app_.temporaryFolder;
@@ -243,6 +265,10 @@ void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::s
     if (basePath.empty()) untitledNumber_ = ++app_.untitledFiles;
     recorded_.Opened(Link.State);
     for (const std::string& error : Files.OpenDataFiles(request)) dialogs_.ShowError(error);
+    const bool mayBeNamed = kind.empty() || kind == "raw";
+    if (app_.prefs.NameFilesOnOpen && mayBeNamed && Files.State().stillToBeNamed && Files.AnyOpen() &&
+        OnFilesToName)
+        OnFilesToName();
 }
 
 std::string DataWindow::StatusText() const {
@@ -254,6 +280,7 @@ std::string DataWindow::Title() const {
 }
 
 std::string DataWindow::WhereDataAre() const {
+    if (Stored.IsShown()) return Stored.path.string();
     std::string where;
     const DataFileState& files = Files.State();
     const std::array pairs{std::pair{&files.rawFinal, &files.rawTemporary},

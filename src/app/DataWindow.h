@@ -1,16 +1,20 @@
 #pragma once
 
+#include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/AppContext.h"
 #include "app/Dialogs.h"
 #include "app/RecordedInstrument.h"
 #include "app/StatusDisplay.h"
+#include "app/StoredFile.h"
 #include "app/WindowMenu.h"
 #include "calibration/Converter.h"
 #include "files/DataFiles.h"
@@ -20,6 +24,8 @@
 #include "operations/Termulator.h"
 
 namespace marisonde {
+
+class Operations;
 
 /// One data window without its form: an instrument, its files, its chart, and the tick that joins them.
 class DataWindow {
@@ -38,6 +44,13 @@ class DataWindow {
     LivePlot Plot;
     Termulator Terminal;
 
+    StoredFile Stored;                         ///< what is shown in place of live samples
+    std::optional<ReadProgress> LoadProgress;  ///< while a file is being read
+    int LoadSerial = 0;                        ///< of the newest load; one that is not the newest has ended
+    std::string StatusLine;                    ///< the last news about the window's data, for the user
+    Operations* Running = nullptr;             ///< where the window's long operations run; may be null
+
+    std::function<void()> OnFilesToName;        ///< new files wait for the user's name, if there shall be one
     std::function<void()> OnInstrumentChanged;  ///< another model, calibration or connection
     std::function<void()> OnLineLost;           ///< the device of an open connection has vanished
     std::function<void()> OnShow;               ///< brings the window to the front
@@ -72,6 +85,18 @@ class DataWindow {
     /// Says so after another instrument was connected, while there are unsaved data.
     void TellWhatIsNotRecorded();
 
+    /// Takes samples off the graph, and with them the file they came from. Live ones begin anew.
+    void ClearShownData();
+    /// The samples on the graph can be read again: from the file shown, or from a log that has all of them.
+    [[nodiscard]] bool CanReplot() const { return Stored.IsShown() || !plottedUnlogged_; }
+    /// From here to EndReplot live samples go to the files only: whoever calls puts those that came before
+    /// on the graph again, from the first `BeginReplot` bytes of the raw log. 0: there is no log.
+    std::uint64_t BeginReplot();
+    /// Shows what came in the meantime.
+    void EndReplot();
+    /// Dates of the samples since the log began whose lines have no clock. `index` counts from 0.
+    [[nodiscard]] double DateWithoutClock(std::size_t index) const;
+
     /// The word for the state that is shown, such as "Sampling" or "Starting: 5 s".
     [[nodiscard]] std::string StatusText() const;
     [[nodiscard]] std::string Title() const;
@@ -86,6 +111,9 @@ class DataWindow {
     void FollowCalibration();
     void TransferTick();
     void LiveTick();
+    void HoldTick();
+    void DateSample();
+    void PlotSample(const RawSample& raw, const CalibratedSample& sample);
     bool TakeNextSample();
     void Record(std::string_view chunk);
     void StoreSample();
@@ -98,11 +126,23 @@ class DataWindow {
     Dialogs& dialogs_;
     std::optional<Converter> converter_;  ///< of CalData while CalReady; none before
     RecordedInstrument recorded_;
-    std::string line_;          ///< the queued line at hand
-    bool betaColumns_ = false;  ///< the calibrated file that was begun last has columns of beta
-    bool lineLost_ = false;     ///< the vanished device has been reported
+    std::string line_;                    ///< the queued line at hand
+    /// Live samples that wait while those before them are read again.
+    struct Held {
+        int logged = 0;  ///< queued lines that the log at hand holds already
+        std::deque<std::pair<RawSample, CalibratedSample>> samples;
+    };
+    std::optional<Held> held_;
+    std::deque<double> dates_;      ///< of samples without a clock, the newest as many as a graph holds
+    std::size_t datesDropped_ = 0;  ///< older ones
+    bool plottedUnlogged_ = false;  ///< the graph holds samples that no file has
+    bool betaColumns_ = false;      ///< the calibrated file that was begun last has columns of beta
+    bool lineLost_ = false;         ///< the vanished device has been reported
     int untitledNumber_ = 0;
 };
+
+/// The operation that reads a file into the graph: there is one at a time.
+inline constexpr const char* kLoadOperation = "Load";
 
 /// What the user is told when no calibration is at hand.
 std::string NoCalibrationText();

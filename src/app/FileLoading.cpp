@@ -30,8 +30,17 @@ std::string ErrorText(const char* doing, const std::filesystem::path& path, cons
     return std::string("Error ").append(doing).append(" ") + path.string() + ": " + error.text + ".";
 }
 
-LoadResult Ended(End end, const GroupLoad& load, const SampleReader& reader) {
-    return {end, load.Points(), reader.Counts()};
+LoadResult Ended(End end, const GroupLoad& load, const SampleReader& reader, int group) {
+    return {end, load.Points(), reader.Counts(), group};
+}
+
+/// Whether a further group is wanted.
+QCoro::Task<bool> WantsNextGroup(Operation& operation, const LoadHost& host, int points, bool raw,
+                                 int group) {
+    if (host.group) co_return group < *host.group;
+    const Question question = NextGroupQuestion(points, raw);
+    const Choice choice = co_await host.dialogs.ShowChoiceDialog(operation, question);
+    co_return choice == Choice::First;
 }
 
 }  // namespace
@@ -44,27 +53,29 @@ QCoro::Task<LoadResult> LoadFile(Operation& operation, SampleReader& reader, boo
     }
     GroupLoad load(reader, sink, host.maxPoints);
     load.NextGroup();
+    int group = 0;
     const int linesPerService = raw ? kRawLinesPerService : kDatLinesPerService;
     const auto nextTurn = [] { return false; };
     constexpr Millis kNoTime{0};
     while (true) {
         const Step step = RunSlice(load, linesPerService, host.clock);
         if (host.progress) host.progress(reader.Progress());
-        if (step == Step::Done) co_return Ended(End::Complete, load, reader);
+        if (step == Step::Done) co_return Ended(End::Complete, load, reader, group);
         if (step == Step::Failed) {
             host.dialogs.ShowError(ErrorText("reading", path, reader.Error()));
-            co_return Ended(End::Failed, load, reader);
+            co_return Ended(End::Failed, load, reader, group);
         }
         if (step == Step::GroupFull) {
-            const Question question = NextGroupQuestion(load.Points(), raw);
-            const Choice choice = co_await host.dialogs.ShowChoiceDialog(operation, question);
-            if (!operation.Cancelled() && choice != Choice::First)
-                co_return Ended(End::Stopped, load, reader);
-            if (!operation.Cancelled()) load.NextGroup();
+            const bool next = co_await WantsNextGroup(operation, host, load.Points(), raw, group);
+            if (!operation.Cancelled() && !next) co_return Ended(End::Stopped, load, reader, group);
+            if (!operation.Cancelled()) {
+                load.NextGroup();
+                ++group;
+            }
         } else {
             co_await operation.Until(nextTurn, kNoTime);
         }
-        if (operation.Cancelled()) co_return Ended(End::Cancelled, load, reader);
+        if (operation.Cancelled()) co_return Ended(End::Cancelled, load, reader, group);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <QCoroTask>
 #include <filesystem>
 #include <functional>
+#include <optional>
 
 #include "common/Clock.h"
 #include "files/GroupLoad.h"
@@ -14,10 +15,11 @@ class Operation;
 
 /// How the load of a file ended. What was read is in the sink, whatever the end.
 struct LoadResult {
-    enum class End { Complete, Stopped, Cancelled, Failed };
-    End end = End::Failed;
-    int points = 0;  ///< in the sink
+    enum class End { Complete, Stopped, Cancelled, Failed, NotOpened };
+    End end = End::NotOpened;  ///< NotOpened: the sink is as it was
+    int points = 0;            ///< in the sink
     LineCounts counts;
+    int group = 0;  ///< groups passed over before the one in the sink
 };
 
 /// What a load needs of the window that it loads into.
@@ -26,6 +28,7 @@ struct LoadHost {
     Dialogs& dialogs;
     int maxPoints = 0;                                  ///< MaxGraphPoints
     std::function<void(const ReadProgress&)> progress;  ///< may be empty
+    std::optional<int> group = std::nullopt;  ///< shows the group behind so many others without asking
 };
 /// Title of the progress of a load.
 inline constexpr const char* kLoadingTitle = "Loading Data";

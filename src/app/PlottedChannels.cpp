@@ -27,9 +27,10 @@ std::string NameOf(const CalibrationDataClass& cal, int index) {
 }
 
 /// A Delph may have more channels than its lines and its calibration carry; those give no attenuation to
-/// show.
+/// show. Of a calibrated file only the names are known.
 bool HasCalibration(InstTypeCode model, const CalibrationDataClass& cal, int index) {
-    return !IsDelphFamily(model) || cal.Attenuation(index).KL != 0;
+    if (!IsDelphFamily(model) || cal.Attenuation(index).KL != 0) return true;
+    return cal.SourceFile().empty() && !cal.Channel(index).name.empty();
 }
 
 }  // namespace

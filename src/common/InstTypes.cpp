@@ -83,6 +83,13 @@ bool IsDelphFamily(InstTypeCode code) {
     return ModelOf(code).family == Family::Delph;
 }
 
+bool TypesAreCompatible(InstTypeCode a, InstTypeCode b) {
+    if (a >= InstTypeCode::Unknown || b >= InstTypeCode::Unknown) return false;
+    // The lines of an l-Tidal and of an n-Tidal are the same: without a header nothing tells which it was.
+    const bool someTidal = a == InstTypeCode::XTidal || b == InstTypeCode::XTidal;
+    return a == b || (someTidal && IsTidalFamily(a) && IsTidalFamily(b));
+}
+
 int ChannelSlots(InstTypeCode code) {
     return ModelOf(code).slots;
 }

@@ -35,6 +35,10 @@ bool IsCorvaneFamily(InstTypeCode code);
 bool IsTidalFamily(InstTypeCode code);
 bool IsDelphFamily(InstTypeCode code);
 
+/// Whether data of one can be read with a calibration of the other: the same, or one of them is only known to
+/// be some x-Tidal. Unknown goes with nothing.
+bool TypesAreCompatible(InstTypeCode a, InstTypeCode b);
+
 /// Channels that carry sample values: 8, 4, 3 for the Corvane models, 1 Tidal, 0 Delph, -1 unknown.
 int ChannelSlots(InstTypeCode code);
 /// Backscatter channels shown: 6, 4, 2 Corvane, 1 Tidal; optical channels 2, 2, 4, 6 for Fathom and Delph.

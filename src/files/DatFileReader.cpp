@@ -136,7 +136,7 @@ FileError DatFileReader::Open(const std::filesystem::path& path) {
     columns_ = 0;
     type_ = assumed_;
     channels_.clear();
-    if (FileError error = lines_.Open(path)) return error;
+    if (FileError error = lines_.Open(path, most_)) return error;
     ReadHead();
     return {};
 }
@@ -193,6 +193,8 @@ bool DatFileReader::TakeData(std::string_view line) {
         columns_ = count;
         hasBeta_ = LineHasBeta(DatLayoutOf(type_), count);
     }
+    // A calibrated file does not tell the gain step, but it has zeros where no step was usable.
+    raw_.Gain[0] = sample_.bb[0] != 0 || sample_.bbUncorr[0] != 0 ? 1 : 0;
     return true;
 }
 

@@ -10,7 +10,8 @@
 namespace marisonde {
 
 /// Reads a calibrated file back. Of the header it needs the model and the channel names; a file without
-/// [Data] has its samples in the lines of numbers. Raw stays empty.
+/// [Data] has its samples in the lines of numbers. Raw stays empty, but for a gain step where light that was
+/// scattered back was measured.
 class DatFileReader final : public SampleReader {
   public:
     /// `type` is the model of a file that names none.

@@ -22,11 +22,11 @@ FileError ErrorOf(const std::error_code& reason) {
     return {reason.value(), reason.message()};
 }
 
-/// A copy that fails halfway must not cost the user an earlier file of the same name: it is made beside it
-/// first.
-FileError CopyInto(const fs::path& source, const fs::path& destination) {
+}  // namespace
+
+FileError CopyDataFile(const fs::path& source, const fs::path& destination) {
     std::error_code reason;
-    // The temporary file is deleted at the end: saving onto itself would only look like a save.
+    // Saving a file onto itself would only look like a save: a temporary file is deleted at the end.
     if (fs::equivalent(source, destination, reason))
         return ErrorOf(std::make_error_code(std::errc::device_or_resource_busy));
     reason.clear();
@@ -39,8 +39,6 @@ FileError CopyInto(const fs::path& source, const fs::path& destination) {
     fs::remove(beside, passedOver);
     return ErrorOf(reason);
 }
-
-}  // namespace
 
 fs::path TemporaryDataPath(const fs::path& folder, int window, DataFileKind kind) {
     return folder / std::to_string(window).append(ExtensionOf(kind));
@@ -174,12 +172,22 @@ std::vector<DataFileTrouble> DataFiles::FlushIfDue(Millis now) {
     return troubles;
 }
 
+std::optional<DataFileTrouble> DataFiles::FlushNow(DataFileKind kind) {
+    return IsOpen(kind) ? Flush(kind) : std::nullopt;
+}
+
+FileError DataFiles::OpenForAppending(DataFileKind kind) {
+    if (IsOpen(kind) || TemporaryPath(kind).empty()) return {};
+    At(kind).file = makeFile_();
+    return At(kind).file->Open(TemporaryPath(kind), OpenMode::Extend);
+}
+
 std::optional<DataFileTrouble> DataFiles::SaveCopy(DataFileKind kind, const fs::path& destination) {
     if (TemporaryPath(kind).empty()) return std::nullopt;
     if (IsOpen(kind)) {
         if (auto trouble = Flush(kind)) return trouble;
     }
-    if (const FileError error = CopyInto(TemporaryPath(kind), destination)) {
+    if (const FileError error = CopyDataFile(TemporaryPath(kind), destination)) {
         DataFileTrouble trouble = TroubleOf(kind, error);
         trouble.name = destination;
         return trouble;

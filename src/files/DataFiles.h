@@ -50,6 +50,10 @@ std::filesystem::path TemporaryDataPath(const std::filesystem::path& folder, int
 /// The user's name with the extension of the kind in place of its own.
 std::filesystem::path FinalDataPath(const std::filesystem::path& basePath, DataFileKind kind);
 
+/// Copies a data file. The copy is made beside `destination` and takes its place once it is complete: one
+/// that fails halfway costs nobody an earlier file of that name.
+FileError CopyDataFile(const std::filesystem::path& source, const std::filesystem::path& destination);
+
 /// The raw and the calibrated file of one window. Everything is written to temporary files first and reaches
 /// the user's place by copying. Asks the user nothing: questions and messages are the caller's.
 class DataFiles {
@@ -77,6 +81,11 @@ class DataFiles {
                                                bool writeBetaColumns, Millis now);
     /// To be called at every tick: hands data to the system once they have waited for kFlushInterval.
     std::vector<DataFileTrouble> FlushIfDue(Millis now);
+
+    /// Hands everything to the system now.
+    std::optional<DataFileTrouble> FlushNow(DataFileKind kind);
+    /// Goes on behind the last byte of a file that an error has turned off. Error 0: it takes data again.
+    FileError OpenForAppending(DataFileKind kind);
 
     /// Copies the temporary file to `destination`, replacing what is there only once the copy is complete,
     /// and takes it as the final path. Writing goes on in the temporary file. On failure nothing has changed.

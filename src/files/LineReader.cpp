@@ -31,14 +31,15 @@ const char* Find(const char* from, const char* end, char wanted) {
 
 }  // namespace
 
-FileError LineReader::Open(const std::filesystem::path& path) {
+FileError LineReader::Open(const std::filesystem::path& path, std::uint64_t most) {
     *this = {};
+    left_ = most;
     handle_.reset(OpenHandle(path));
     if (!handle_) return SystemError(errno);
     std::setvbuf(handle_.get(), nullptr, _IONBF, 0);
     std::error_code unknown;
     const auto size = std::filesystem::file_size(path, unknown);
-    if (!unknown) size_ = size;
+    if (!unknown) size_ = std::min<std::uint64_t>(size, most);
     buffer_.resize(kBlock + kLongestLine);
     at_ = end_ = buffer_.data();
     atEnd_ = false;
@@ -91,7 +92,9 @@ void LineReader::Fill() {
     const auto kept = static_cast<std::size_t>(end_ - at_);
     std::memmove(buffer_.data(), at_, kept);
     errno = 0;
-    const std::size_t read = std::fread(buffer_.data() + kept, 1, kBlock, handle_.get());
+    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(kBlock, left_));
+    const std::size_t read = std::fread(buffer_.data() + kept, 1, wanted, handle_.get());
+    left_ -= read;
     if (read < kBlock) {
         atEnd_ = true;
         if (std::ferror(handle_.get()) != 0) error_ = SystemError(errno);

@@ -26,8 +26,11 @@ class LineReader {
     /// Of a longer line only so much is given; no instrument sends a line a hundredth as long.
     static constexpr std::size_t kLongestLine = std::size_t{64} * 1024;
 
-    /// Opens `path` and reads its first block. A file that is open already is closed first.
-    [[nodiscard]] FileError Open(const std::filesystem::path& path);
+    static constexpr std::uint64_t kWhole = UINT64_MAX;
+
+    /// Opens `path` and reads its first block. A file that is open already is closed first. What lies behind
+    /// the first `most` bytes counts as not there.
+    [[nodiscard]] FileError Open(const std::filesystem::path& path, std::uint64_t most = kWhole);
     /// The next line without its end, valid until the next call; empty lines count. False at the end of the
     /// file and after a failure, which Error tells.
     bool Next(std::string_view& line);
@@ -62,6 +65,7 @@ class LineReader {
     const char* nextLf_ = nullptr;
     std::uint64_t base_ = 0;  ///< place in the file of the first byte of the buffer
     std::uint64_t size_ = 0;
+    std::uint64_t left_ = 0;  ///< bytes that may still be read
     bool atEnd_ = true;
     bool dropLf_ = false;  ///< a CR was the last byte read; a LF right behind it belongs to it
     bool cut_ = false;

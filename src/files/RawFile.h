@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -15,5 +17,9 @@ class CalibrationDataClass;
 /// keys are empty and the source is the model's name.
 void WriteRawHeader(std::string& out, const HeaderStamp& stamp, std::string_view kind, InstTypeCode type,
                     const CalibrationDataClass* cal);
+
+/// Bytes of a raw file up to the end of its last whole line, as instruments end lines: what a recording that
+/// goes on has complete. 0 when there is none or the file cannot be read.
+std::uint64_t WholeLinesLength(const std::filesystem::path& path);
 
 }  // namespace marisonde

@@ -10,7 +10,7 @@ FileError RawFileReader::Open(const std::filesystem::path& path) {
     sample_ = {};
     counts_ = {};
     hasSample_ = false;
-    if (FileError error = lines_.Open(path)) return error;
+    if (FileError error = lines_.Open(path, most_)) return error;
     lines_.Skip(HeaderLength(lines_.Ahead()));
     return {};
 }

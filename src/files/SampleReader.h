@@ -33,6 +33,8 @@ class SampleReader {
 
     /// Opens the file and finds where its data begin.
     [[nodiscard]] virtual FileError Open(const std::filesystem::path& path) = 0;
+    /// The next Open reads no further than this: of a file that still grows, to the end of its whole lines.
+    void ReadAtMost(std::uint64_t bytes) { most_ = bytes; }
     /// Reads one line. False at the end of the file and after a failure, which Error tells.
     virtual bool NextLine() = 0;
     /// The line of the last NextLine gave the sample that Raw and Sample now hold.
@@ -46,6 +48,7 @@ class SampleReader {
 
   protected:
     LineReader lines_;
+    std::uint64_t most_ = LineReader::kWhole;
     RawSample raw_;
     CalibratedSample sample_;
     LineCounts counts_;

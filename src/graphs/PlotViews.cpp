@@ -141,6 +141,7 @@ void LivePlot::ClearGraph() {
     const ChartBatch batch(chart_);
     Empty(Primary());
     if (Secondary().NumSeries() != 0) Empty(Secondary());
+    readouts_ = {};
     InitializePlotInfo();
 }
 

@@ -125,7 +125,7 @@ TEST_F(FileLoadingTest, AFileThatCannotBeOpenedChangesNothing) {
     sink.values = {99};
     Start(folder / "nothing.dat", 10);
     ASSERT_TRUE(result);
-    EXPECT_EQ(result->end, End::Failed);
+    EXPECT_EQ(result->end, End::NotOpened);
     EXPECT_EQ(sink.values.size(), 1U);
     EXPECT_EQ(dialogs.errors, std::vector<std::string>{"Error opening " + (folder / "nothing.dat").string() +
                                                        ": No such file or directory."});

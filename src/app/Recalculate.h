@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+namespace marisonde {
+
+class DataWindow;
+struct AppContext;
+
+/// To be called when the sigma or pure-water parameters have changed: brings the calibration of every open
+/// window up to date and puts its samples through it again.
+void RecalculateAllWindows(AppContext& app);
+
+/// Puts the samples of a window through its calibration of now, and shows them again: those of a raw file by
+/// reading it once more, live ones from the raw log. Those of a calibrated file stay as they are, and so do
+/// live ones that were not all recorded; the status line says so. The window lives on meanwhile, and no live
+/// sample is lost.
+void RecalculateWindow(DataWindow& window);
+
+}  // namespace marisonde
