@@ -204,12 +204,17 @@ bool DataWindow::LoadCalIntoWindow(const std::string& path) {
         return false;
     }
     for (const std::string& message : result.messages) dialogs_.ShowError(message);
-    Link.CalData = std::move(loaded);
+    UseCalibration(loaded);
+    app_.prefs.CalFile = path;
+    return true;
+}
+
+void DataWindow::UseCalibration(const CalibrationDataClass& cal) {
+    const CalibrationDataClass taken = cal;  // it may be the window's own
+    Link.CalData = taken;
     Link.State.InstType = Link.CalData.InstType;
     Link.State.CalReady = true;
-    app_.prefs.CalFile = path;
     ShowCalibration();
-    return true;
 }
 
 void DataWindow::ShowCalibration() {

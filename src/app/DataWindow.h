@@ -12,12 +12,14 @@
 
 #include "app/AppContext.h"
 #include "app/Dialogs.h"
+#include "app/FileLoading.h"
 #include "app/RecordedInstrument.h"
 #include "app/StatusDisplay.h"
 #include "app/StoredFile.h"
 #include "app/WindowMenu.h"
 #include "calibration/Converter.h"
 #include "files/DataFiles.h"
+#include "files/LineReader.h"
 #include "graphs/Chart2D.h"
 #include "graphs/LivePlot.h"
 #include "link/InstrumentLink.h"
@@ -46,9 +48,10 @@ class DataWindow {
 
     StoredFile Stored;                         ///< what is shown in place of live samples
     std::optional<ReadProgress> LoadProgress;  ///< while a file is being read
-    int LoadSerial = 0;                        ///< of the newest load; one that is not the newest has ended
-    std::string StatusLine;                    ///< the last news about the window's data, for the user
-    Operations* Running = nullptr;             ///< where the window's long operations run; may be null
+    std::string_view ProgressTitle = kLoadingTitle;
+    int LoadSerial = 0;             ///< of the newest load; one that is not the newest has ended
+    std::string StatusLine;         ///< the last news about the window's data, for the user
+    Operations* Running = nullptr;  ///< where the window's long operations run; may be null
 
     std::function<void()> OnFilesToName;        ///< new files wait for the user's name, if there shall be one
     std::function<void()> OnInstrumentChanged;  ///< another model, calibration or connection
@@ -66,6 +69,8 @@ class DataWindow {
 
     /// Loads a calibration and sets the graph up for it. False: the dialogs have shown why, nothing changed.
     bool LoadCalIntoWindow(const std::string& path);
+    /// Takes a calibration over and sets the graph up for it.
+    void UseCalibration(const CalibrationDataClass& cal);
     /// Sets conversion and graph up for the calibration that the window holds now.
     void ShowCalibration();
     /// To be called when the calibration or the application's optical parameters have changed.

@@ -43,8 +43,6 @@ constexpr std::array kOpenData{kRawOrDat, kRawFile, kDatFile, kAllFiles};
 constexpr std::array kOpenAny{kCalFile, kOldCalFile, kAllFiles, kRawOrDat, kRawFile, kDatFile, kCsvFile};
 constexpr std::array kOpenTable{kCsvFile, kAllFiles};
 
-constexpr std::array<std::string_view, 3> kDataExtensions{"dat", "rmu", "raw"};
-
 struct SaveRow {
     SaveSource source;
     std::span<const FileFilter> filters;
@@ -117,13 +115,6 @@ QCoro::Task<bool> MayWrite(Operation& operation, Dialogs& dialogs, const std::ve
 std::string UnknownSourceText(SaveSource source) {
     return "Notify Venmark: unknown source type in SaveFileDialog (" +
            std::to_string(static_cast<int>(source)) + ").";
-}
-
-bool IsDataFileName(const std::string& path) {
-    const std::string extension = LowerCase(std::filesystem::path(path).extension().string());
-    return std::any_of(kDataExtensions.begin(), kDataExtensions.end(), [&](std::string_view known) {
-        return extension.size() == known.size() + 1 && std::string_view(extension).substr(1) == known;
-    });
 }
 
 }  // namespace
@@ -207,15 +198,10 @@ QCoro::Task<std::string> OpenCalDialog(Operation& operation, Dialogs& dialogs, s
 }
 
 QCoro::Task<std::string> OpenDataDialog(Operation& operation, Dialogs& dialogs, std::string folder) {
-    FileRequest request{FileRequest::Purpose::Open, "Select Data File", std::move(folder), kOpenData, 0};
-    while (!operation.Cancelled()) {
-        const FileChoice choice = co_await dialogs.ChooseFile(operation, request);
-        if (choice.path.empty() || IsDataFileName(choice.path)) co_return choice.path;
-        std::string nothing = "The selected file contains no recognizable data, or could not be opened.";
-        co_await dialogs.ShowMessage(operation, std::move(nothing));
-        request.path = choice.path;
-    }
-    co_return std::string();
+    const FileRequest request{FileRequest::Purpose::Open, "Select Data File", std::move(folder), kOpenData,
+                              0};
+    const FileChoice choice = co_await dialogs.ChooseFile(operation, request);
+    co_return choice.path;
 }
 
 QCoro::Task<std::string> FindFileDialog(Operation& operation, Dialogs& dialogs, std::string name) {

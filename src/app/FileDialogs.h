@@ -50,7 +50,8 @@ QCoro::Task<SaveFileAnswer> SaveFileDialog(Operation& operation, Dialogs& dialog
                                            DataFilesToSave there = {});
 /// A calibration file below `folder`; empty when cancelled.
 QCoro::Task<std::string> OpenCalDialog(Operation& operation, Dialogs& dialogs, std::string folder);
-/// A raw or calibrated data file below `folder`; empty when cancelled. Other types are asked about again.
+/// A raw or calibrated data file below `folder`; empty when cancelled. What it holds is the caller's
+/// question.
 QCoro::Task<std::string> OpenDataDialog(Operation& operation, Dialogs& dialogs, std::string folder);
 /// Helps to find a file that is not where it should be. Empty: the user does not.
 QCoro::Task<std::string> FindFileDialog(Operation& operation, Dialogs& dialogs, std::string name);

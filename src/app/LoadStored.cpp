@@ -75,6 +75,7 @@ QCoro::Task<> Load(Operation& operation, DataWindow& window, StoredFile file, bo
         window.LoadProgress = at;
     };
     if (again) host.group = file.group;
+    window.ProgressTitle = kLoadingTitle;
     window.LoadProgress = ReadProgress();
     SampleReader& reader = file.IsCalibrated() ? static_cast<SampleReader&>(dat) : raw;
     SampleSink& sink = file.IsCalibrated() ? static_cast<SampleSink&>(named) : plot;

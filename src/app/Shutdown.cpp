@@ -3,7 +3,8 @@
 #include <string>
 
 #include "app/DataWindow.h"
-#include "app/FileDialogs.h"
+#include "app/SaveCal.h"
+#include "app/SaveFile.h"
 #include "files/DataFileQuestions.h"
 #include "link/Commands.h"
 #include "platform/Operations.h"
@@ -29,10 +30,6 @@ std::string SourceOf(const DataWindow& window) {
     return named.empty() ? window.Link.State.InstSerial : named.string();
 }
 
-bool HasFile(const DataFileState& files, DataFileKind kind) {
-    return !(kind == DataFileKind::Raw ? files.rawTemporary : files.datTemporary).empty();
-}
-
 QCoro::Task<bool> PutToSleep(Operation& operation, DataWindow& window) {
     const DataWindowState& state = window.Link.State;
     // It may have gone to sleep while the question stood, and the same command would wake it.
@@ -44,26 +41,6 @@ QCoro::Task<bool> PutToSleep(Operation& operation, DataWindow& window) {
 
 }  // namespace
 
-QCoro::Task<bool> SaveDataFiles(Operation& operation, DataWindow& window) {
-    const std::string proposed = window.App().prefs.SavePath + window.DefaultFileName();
-    const DataFilesToSave there{HasFile(window.Files.State(), DataFileKind::Raw),
-                                HasFile(window.Files.State(), DataFileKind::Dat)};
-    const SaveFileAnswer answer = co_await SaveFileDialog(operation, window.Ask(), window.App().settings,
-                                                          SaveSource::RawData, proposed, there);
-    if (answer.path.empty()) co_return false;
-    for (const DataFileKind kind : {DataFileKind::Raw, DataFileKind::Dat}) {
-        const bool wanted = kind == DataFileKind::Raw ? answer.files.raw : answer.files.dat;
-        if (!wanted) continue;
-        if (const auto trouble = window.Files.SaveCopy(kind, FinalDataPath(answer.path, kind))) {
-            window.Ask().ShowSaveError(SaveFileErrorText(trouble->name, trouble->temporary, trouble->error),
-                                       trouble->temporary.parent_path().string());
-            co_return false;
-        }
-    }
-    window.App().prefs.SavePath = std::filesystem::path(answer.path).parent_path().string() + "/";
-    co_return true;
-}
-
 QCoro::Task<bool> CloseDataFiles(Operation& operation, DataWindow& window, bool ask) {
     const DataWindowState& state = window.Link.State;
     const std::string model(InstTypeName(state.InstType));
@@ -72,7 +49,7 @@ QCoro::Task<bool> CloseDataFiles(Operation& operation, DataWindow& window, bool 
         const Choice choice = co_await window.Ask().ShowChoiceDialog(operation, unsaved);
         if (choice == Choice::Third) co_return false;
         if (choice == Choice::First) {
-            const bool saved = co_await SaveDataFiles(operation, window);
+            const bool saved = co_await SaveFileMenuCommand(operation, window);
             if (!saved) co_return false;
         }
     }
@@ -82,6 +59,7 @@ QCoro::Task<bool> CloseDataFiles(Operation& operation, DataWindow& window, bool 
         if (choice != Choice::First) co_return false;
     }
     for (const std::string& error : window.Files.CloseDataFiles(false)) window.Ask().ShowError(error);
+    window.ClearShownData();
     co_return true;
 }
 
@@ -108,6 +86,8 @@ QCoro::Task<bool> DisconnectCommand(Operation& operation, DataWindow& window) {
 QCoro::Task<bool> PrepToCloseForm(Operation& operation, DataWindow& window) {
     const bool closed = co_await CloseDataFiles(operation, window, true);
     if (!closed) co_return false;
+    const bool kept = co_await SaveCalIfChanged(operation, window);
+    if (!kept) co_return false;
     const bool disconnected = co_await DisconnectCommand(operation, window);
     co_return disconnected;
 }

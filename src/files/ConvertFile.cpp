@@ -150,13 +150,15 @@ void FileConversion::Open(const MakeOutputFile& makeFile) {
     if (fs::equivalent(parts.source, parts.destination, passedOver))
         return Fail("opening", parts.destination, "it is the file to be converted");
     if (const FileError error = parts.reader->Open(parts.source))
-        return Fail("opening", parts.source, error.text);
+        return Fail("opening", parts.source, error.text, error.code);
     parts.file.emplace(parts.destination, makeFile());
-    if (const FileError error = parts.file->Open()) return Fail("opening", parts.destination, error.text);
+    if (const FileError error = parts.file->Open())
+        return Fail("opening", parts.destination, error.text, error.code);
     parts.text.reserve(kWriteBlock + 4096);
 }
 
-void FileConversion::Fail(std::string_view doing, const fs::path& path, std::string_view reason) {
+void FileConversion::Fail(std::string_view doing, const fs::path& path, std::string_view reason, int code) {
+    result_.code = code;
     result_.outcome = Outcome::Failed;
     result_.message.append("Error ").append(doing).append(" ").append(path.string());
     result_.message.append(": ").append(reason);
@@ -166,7 +168,7 @@ void FileConversion::Fail(std::string_view doing, const fs::path& path, std::str
 
 bool FileConversion::WriteOut() {
     if (const FileError error = parts_->file->Append(parts_->text)) {
-        Fail("writing", parts_->destination, error.text);
+        Fail("writing", parts_->destination, error.text, error.code);
         return false;
     }
     parts_->text.clear();
@@ -190,10 +192,11 @@ bool FileConversion::Run(int lines) {
 
 void FileConversion::Finish() {
     result_.counts = parts_->reader->Counts();
-    if (const FileError& error = parts_->reader->Error()) return Fail("reading", parts_->source, error.text);
+    if (const FileError& error = parts_->reader->Error())
+        return Fail("reading", parts_->source, error.text, error.code);
     if (!WriteOut()) return;
     if (const FileError error = parts_->file->Commit())
-        return Fail("writing", parts_->destination, error.text);
+        return Fail("writing", parts_->destination, error.text, error.code);
     result_.outcome = Outcome::Written;
     parts_.reset();
 }

@@ -23,6 +23,7 @@ struct ConversionResult {
     enum class Outcome { Written, Cancelled, Failed };
     Outcome outcome = Outcome::Failed;
     std::string message;  ///< of a failure, for the user: "Error opening PATH: REASON"
+    int code = 0;         ///< the system's number of a failure; 0 where it was none of the system's
     LineCounts counts;
 };
 
@@ -68,7 +69,8 @@ class FileConversion {
     struct Parts;
     FileConversion();
     void Open(const MakeOutputFile& makeFile);
-    void Fail(std::string_view doing, const std::filesystem::path& path, std::string_view reason);
+    void Fail(std::string_view doing, const std::filesystem::path& path, std::string_view reason,
+              int code = 0);
     void Finish();
     [[nodiscard]] bool WriteOut();
 

@@ -111,8 +111,10 @@ TEST_F(ShutdownTest, FailedSaveSaysWhereTheDataAreAndLeavesEverythingOpen) {
     dialogs.saveBase = "/nowhere/at/all/cast.raw";
     EXPECT_EQ(Close(*window, {Choice::First}), false);
     EXPECT_TRUE(window->Files.AnyOpen());
+    EXPECT_EQ(dialogs.notices, std::vector<std::string>{"Error2 (No such file or directory) occurred while "
+                                                        "saving /nowhere/at/all/cast.dat"});
     ASSERT_EQ(dialogs.errors.size(), 1U);
-    EXPECT_NE(dialogs.errors[0].find(window->Files.State().rawTemporary.string()), std::string::npos);
+    EXPECT_NE(dialogs.errors[0].find(window->Files.State().datTemporary.string()), std::string::npos);
 }
 
 TEST_F(ShutdownTest, FilesInUseMayBeKept) {

@@ -184,8 +184,8 @@ TEST_F(FileDialogs, AnUnknownSourceIsANotice) {
     EXPECT_EQ(answer->path, "");
 }
 
-TEST_F(FileDialogs, OpeningDataTakesDataFilesOnly) {
-    dialogs.chosen = {{"/d/notes.txt", 3}, {"/d/CAST.RMU", 3}};
+TEST_F(FileDialogs, OpeningDataOffersDataFiles) {
+    dialogs.chosen = {{"/d/CAST.RMU", 3}};
     std::string opened;
     operations.Start("Open", [&](Operation& operation) -> QCoro::Task<> {
         std::string start = "/d";
@@ -193,9 +193,9 @@ TEST_F(FileDialogs, OpeningDataTakesDataFilesOnly) {
     });
     EXPECT_EQ(opened, "/d/CAST.RMU");
     EXPECT_EQ(dialogs.filesAsked[0].title, "Select Data File");
-    EXPECT_EQ(
-        dialogs.notices,
-        std::vector<std::string>{"The selected file contains no recognizable data, or could not be opened."});
+    EXPECT_EQ(dialogs.filesAsked[0].path, "/d");
+    EXPECT_EQ(dialogs.filesAsked[0].filters.size(), 4U);
+    EXPECT_EQ(dialogs.filesAsked[0].filters[0].name, "Raw or Calibrated Data (*.raw, *.dat)");
 }
 
 TEST_F(FileDialogs, AMissingFileIsLookedForWithTheUsersHelp) {
