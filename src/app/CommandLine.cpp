@@ -60,6 +60,11 @@ std::string SetCal(CommandLine& line, std::string_view value) {
     return "";
 }
 
+std::string SetOpen(CommandLine& line, std::string_view value) {
+    line.openFiles.emplace_back(value);
+    return "";
+}
+
 std::string SetDemo(CommandLine& line, std::string_view value) {
     line.mode = CommandLine::Mode::Demo;
     while (true) {
@@ -94,6 +99,7 @@ constexpr std::array kOptions{
     OptionRow{"--baud", SetBaud, "RATE", "its rate, 4800 to 115200; 19200 if not given"},
     OptionRow{"--model", SetModel, "MODEL", "the model that is connected there"},
     OptionRow{"--cal", SetCal, "FILE", "the calibration file to use"},
+    OptionRow{"--open", SetOpen, "FILE", "open a data file, or a calibration, in a window; may be repeated"},
     OptionRow{"--demo", SetDemo, "MODEL[,MODEL...]",
               "show simulated instruments, one window each, up to six"},
     OptionRow{"--seconds", SetSeconds, "N", "end the demonstration after N seconds"},

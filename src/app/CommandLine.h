@@ -34,6 +34,7 @@ struct CommandLine {
     int baud = 19200;
     InstTypeCode model = InstTypeCode::Unknown;
     std::string calFile;
+    std::vector<std::string> openFiles;  ///< data files and calibrations to open in windows
     std::vector<InstTypeCode> demoModels;
     int runSeconds = 0;        ///< demonstration: end after so many seconds; 0 runs on
     std::string files;         ///< Convert: "data file;calibration file" as given

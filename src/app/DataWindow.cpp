@@ -123,7 +123,7 @@ void DataWindow::DateSample() {
 
 void DataWindow::PlotSample(const RawSample& raw, const CalibratedSample& sample) {
     Plot.AddSample(raw, sample);
-    if (!Files.IsOpen(DataFileKind::Raw)) plottedUnlogged_ = true;
+    if (!Files.IsOpen(DataFileKind::Raw) || !RecordsWhatComes()) plottedUnlogged_ = true;
 }
 
 bool DataWindow::TakeNextSample() {

@@ -6,6 +6,7 @@
 
 #include "app/DataWindow.h"
 #include "app/PlotSink.h"
+#include "app/RecentFiles.h"
 #include "files/DatFileReader.h"
 #include "files/RawFileReader.h"
 #include "platform/Operations.h"
@@ -84,12 +85,15 @@ QCoro::Task<> Load(Operation& operation, DataWindow& window, StoredFile file, bo
     // Another load has taken this one's place, or the file was closed.
     if (window.LoadSerial != mine) co_return;
     window.LoadProgress.reset();
-    if (result.end == End::NotOpened)
-        window.Stored = before;
-    else
-        window.Stored.group = result.group;
     window.StatusLine = Told(file, result);
-    if (result.end != End::NotOpened && !again) window.Plot.ApplyAutoScaleFlags();
+    if (result.end == End::NotOpened) {
+        window.Stored = before;
+        co_return;
+    }
+    window.Stored.group = result.group;
+    if (again) co_return;
+    NoteRecentFile(window.App().settings, file.path.string());
+    window.Plot.ApplyAutoScaleFlags();
 }
 
 void Start(DataWindow& window, StoredFile file, bool again) {

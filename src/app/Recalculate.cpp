@@ -6,6 +6,7 @@
 #include "app/DataWindow.h"
 #include "app/LoadStored.h"
 #include "app/PlotSink.h"
+#include "app/WindowTitle.h"
 #include "files/RawFileReader.h"
 #include "platform/Operations.h"
 
@@ -15,8 +16,7 @@ namespace {
 
 /// The window's title as the user knows it, without the program's name.
 std::string Named(const DataWindow& window) {
-    const std::string title = window.Title();
-    return "Data in '" + title.substr(0, title.rfind(" - Marisonde")) + "' ";
+    return "Data in '" + WindowSubject(window) + "' ";
 }
 
 std::string FromCalibratedFile(const DataWindow& window) {

@@ -24,6 +24,7 @@ std::string RecordedFiles(const DataWindow& window) {
 }
 
 std::string LoadedFile(const DataWindow& window) {
+    if (window.Stored.IsShown()) return ShortName(window.Stored.path);
     const DataFileState& files = window.Files.State();
     return ShortName(files.rawFinal.empty() ? files.datFinal : files.rawFinal);
 }

@@ -85,9 +85,10 @@ bool IsDelphFamily(InstTypeCode code) {
 
 bool TypesAreCompatible(InstTypeCode a, InstTypeCode b) {
     if (a >= InstTypeCode::Unknown || b >= InstTypeCode::Unknown) return false;
-    // The lines of an l-Tidal and of an n-Tidal are the same: without a header nothing tells which it was.
-    const bool someTidal = a == InstTypeCode::XTidal || b == InstTypeCode::XTidal;
-    return a == b || (someTidal && IsTidalFamily(a) && IsTidalFamily(b));
+    // Decimal lines do not tell one member of these families from another: they are then taken for these.
+    const auto oneIs = [&](InstTypeCode code) { return a == code || b == code; };
+    return a == b || (oneIs(InstTypeCode::XTidal) && IsTidalFamily(a) && IsTidalFamily(b)) ||
+           (oneIs(InstTypeCode::Fathom2) && IsDelphFamily(a) && IsDelphFamily(b));
 }
 
 int ChannelSlots(InstTypeCode code) {

@@ -35,8 +35,8 @@ bool IsCorvaneFamily(InstTypeCode code);
 bool IsTidalFamily(InstTypeCode code);
 bool IsDelphFamily(InstTypeCode code);
 
-/// Whether data of one can be read with a calibration of the other: the same, or one of them is only known to
-/// be some x-Tidal. Unknown goes with nothing.
+/// Whether data of one can be read with a calibration of the other: the same, or one of them is what decimal
+/// lines of its family are taken for, x-Tidal or Fathom-2. Unknown goes with nothing.
 bool TypesAreCompatible(InstTypeCode a, InstTypeCode b);
 
 /// Channels that carry sample values: 8, 4, 3 for the Corvane models, 1 Tidal, 0 Delph, -1 unknown.

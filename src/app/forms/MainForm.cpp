@@ -13,13 +13,13 @@
 #include "app/Shutdown.h"
 #include "app/forms/ChannelCommands.h"
 #include "app/forms/ChannelPanel.h"
+#include "app/forms/FileCommands.h"
 #include "app/forms/FormHelpers.h"
 #include "app/forms/GraphCommands.h"
 #include "app/forms/HelpCommands.h"
 #include "app/forms/InstrumentCommands.h"
 #include "app/forms/NoticeStrip.h"
 #include "app/forms/ParameterCommands.h"
-#include "app/forms/ProcessFilesForm.h"
 #include "app/forms/Shell.h"
 #include "app/forms/StatusPanels.h"
 #include "app/forms/TerminalCommands.h"
@@ -57,12 +57,14 @@ MainForm::MainForm(Shell& shell, std::unique_ptr<SerialLine> line)
     setMinimumSize(kMinimumSize);
     commands_ = std::make_unique<InstrumentCommands>(shell_, *this, operations_);
     terminal_ = std::make_unique<TerminalCommands>(*this, operations_);
+    files_ = new FileCommands(shell_, *this, operations_);
     LayOut();
     MakeMenus();
     RestorePlace();
     InstrumentChanged();
     window_.OnShow = [this] { BringToFront(); };
     commands_->Update();
+    files_->Update();
     graph_->Update();
     timer_->setObjectName("ProcessSerialInputTimer");
     timer_->setTimerType(Qt::PreciseTimer);
@@ -84,29 +86,21 @@ void MainForm::LayOut() {
     column->addLayout(row, 1);
     row->addWidget(chart_, 1);
     row->addWidget(channels_);
+    column->addWidget(files_->MakeStatusLine(middle));
     setCentralWidget(middle);
 }
 
 void MainForm::MakeMenus() {
-    QMenu* file = menuBar()->addMenu("&File");
-    file->setObjectName("File_menu");
-    QAction* process = file->addAction("&Process Files...", this, &MainForm::ShowProcessFiles);
-    process->setObjectName("ProcessFilesItem");
-    file->addSeparator();
-    parameters_->AddTo(file);
-    file->addSeparator();
-    QAction* close = file->addAction("&Close Window", QKeySequence::Close, this, &QWidget::close);
-    close->setObjectName("CloseWindowItem");
-    QAction* exit = file->addAction("E&xit", QKeySequence::Quit, this, [this] { shell_.ExitCommand(this); });
-    exit->setObjectName("ExitItem");
-
+    files_->MakeMenu(menuBar(), [this](QMenu* menu) { parameters_->AddTo(menu); });
     commands_->MakeMenu(menuBar());
     terminal_->MakeMenu(menuBar()->findChild<QMenu*>("Inst_menu"));
+    files_->MakeCalibrationMenu(menuBar());
     auto* bar = new QToolBar(this);
     bar->setObjectName("Toolbar");
     bar->setWindowTitle("Tool Bar");
     bar->setMovable(false);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    files_->MakeToolBar(bar);
     commands_->MakeToolBar(bar);
     terminal_->MakeToolBar(bar);
     addToolBar(bar);
@@ -130,17 +124,13 @@ void MainForm::MakeChannelViewItem(QMenu* menu) {
     SetChannelView(channelView_->isChecked());
 }
 
-void MainForm::ShowProcessFiles() {
-    if (processFiles_ == nullptr) processFiles_ = new ProcessFilesForm(shell_.App(), operations_, this);
-    processFiles_->Show();
-}
-
 void MainForm::Tick() {
     window_.Tick();
     channelCommands_->Update();
     panels_->Show(window_);
     ShowTitle();
     commands_->Update();
+    files_->Update();
     graph_->Update();
     terminal_->Update();
     shell_.WatchSleep();

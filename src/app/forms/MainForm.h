@@ -16,11 +16,11 @@ namespace marisonde {
 class ChannelCommands;
 class ChannelPanel;
 class ChartView;
+class FileCommands;
 class GraphCommands;
 class InstrumentCommands;
 class NoticeStrip;
 class ParameterCommands;
-class ProcessFilesForm;
 class Shell;
 class StatusPanels;
 class TerminalCommands;
@@ -47,6 +47,7 @@ class MainForm final : public QMainWindow {
     void BuildWindowMenu();
     /// Brings the window to the front.
     void BringToFront();
+    [[nodiscard]] FileCommands& Files() { return *files_; }
     /// True while a question of its closing stands.
     [[nodiscard]] bool AsksToClose() const { return operations_.Running("Close"); }
     /// The gate of closing: ends what connects, then asks. False: the window stays open.
@@ -70,7 +71,6 @@ class MainForm final : public QMainWindow {
     void Tick();
     void ShowTitle();
     void SetChannelView(bool open);
-    void ShowProcessFiles();
     void AskToClose();
     void SavePlace() const;
     void RestorePlace();
@@ -84,7 +84,6 @@ class MainForm final : public QMainWindow {
     QTimer* timer_;
     QAction* channelView_ = nullptr;
     ParameterCommands* parameters_;
-    ProcessFilesForm* processFiles_ = nullptr;  ///< made when it is first wanted
     NoticeStrip* notices_;
     StatusPanels* panels_;
     ChannelCommands* channelCommands_ = nullptr;
@@ -93,6 +92,7 @@ class MainForm final : public QMainWindow {
     std::function<void()> insteadOfAsking_;
     std::unique_ptr<InstrumentCommands> commands_;
     std::unique_ptr<TerminalCommands> terminal_;
+    FileCommands* files_ = nullptr;
     Operations operations_;  ///< dies first: what runs uses everything above
 };
 

@@ -17,7 +17,6 @@ namespace marisonde {
 namespace {
 
 constexpr double kFailed = 1e30;  ///< a value that arithmetic could not give lies beyond
-constexpr const char* kRecording = "Recording in ";
 
 /// A label of the status bar, as wide as the longest text it will show.
 QLabel* Panel(QStatusBar* bar, const char* name, const QString& meaning, const QString& longest) {
@@ -121,6 +120,7 @@ void StatusPanels::ShowFiles(const DataWindow& window) {
     files_->setToolTip(where);
     folder_ =
         where.isEmpty() ? QString() : TextFromPath(PathFromText(where.section('\n', 0, 0)).parent_path());
+    whatOfFiles_ = window.Stored.IsShown() ? "Data from " : "Recording in ";
     FitFiles();
 }
 
@@ -131,10 +131,10 @@ void StatusPanels::FitFiles() {
         return;
     }
     const QFontMetrics metrics = files_->fontMetrics();
-    const int room = files_->width() - metrics.horizontalAdvance(kRecording) - 4;
+    const int room = files_->width() - metrics.horizontalAdvance(whatOfFiles_) - 4;
     const QString folder = metrics.elidedText(folder_, Qt::ElideMiddle, std::max(room, 0));
     const QString link = QUrl::fromLocalFile(folder_).toString().toHtmlEscaped();
-    const QString text = folder.size() > 3 ? kRecording + folder : QString("Recording");
+    const QString text = folder.size() > 3 ? whatOfFiles_ + folder : whatOfFiles_.section(' ', 0, 0);
     files_->setText(QString("<a href=\"%1\">%2</a>").arg(link, text.toHtmlEscaped()));
 }
 

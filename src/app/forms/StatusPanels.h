@@ -36,7 +36,8 @@ class StatusPanels final : public QObject {
     QLabel* voltage_;
     QLabel* counts_;
     QLabel* files_;
-    QString folder_;  ///< of the data files; empty without files
+    QString folder_;       ///< of the data files; empty without files
+    QString whatOfFiles_;  ///< what the window does with the folder, before its name
 };
 
 }  // namespace marisonde

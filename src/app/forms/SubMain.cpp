@@ -11,6 +11,7 @@
 
 #include "app/Demonstration.h"
 #include "app/WindowStart.h"
+#include "app/forms/FileCommands.h"
 #include "app/forms/FormHelpers.h"
 #include "app/forms/InstrumentCommands.h"
 #include "app/forms/MainForm.h"
@@ -124,8 +125,12 @@ int OpenFirstWindow(Program& program, const CommandLine& line) {
             form->Ask().ShowError(error);
     }
     form->InstrumentChanged();
-    if (line.mode == CommandLine::Mode::Window)
-        form->Commands().ConnectOnStartup(program.app.prefs.ConnectOnStartup);
+    if (line.mode == CommandLine::Mode::Window) {
+        if (!line.openFiles.empty())
+            form->Files().OpenGiven(line.openFiles);
+        else
+            form->Commands().ConnectOnStartup(program.app.prefs.ConnectOnStartup);
+    }
     return QApplication::exec();
 }
 

@@ -1,0 +1,293 @@
+#include "app/forms/FileCommands.h"
+
+#include <QAction>
+#include <QDragEnterEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStyle>
+#include <QToolBar>
+#include <QToolButton>
+#include <QUrl>
+#include <utility>
+
+#include "app/DataWindow.h"
+#include "app/NewFile.h"
+#include "app/RecentFiles.h"
+#include "app/SaveFile.h"
+#include "app/SelectCal.h"
+#include "app/Shutdown.h"
+#include "app/forms/FormHelpers.h"
+#include "app/forms/MainForm.h"
+#include "app/forms/ProcessFilesForm.h"
+#include "app/forms/Shell.h"
+
+namespace marisonde {
+
+namespace {
+
+constexpr int kProgressSteps = 1000;
+constexpr int kProgressWidth = 220;  ///< pixels
+
+QCoro::Task<> New(Operation& operation, DataWindow& window, const ShowNewWindow& /*newWindow*/) {
+    return NewFileCommand(operation, window);
+}
+
+QCoro::Task<> Open(Operation& operation, DataWindow& window, const ShowNewWindow& newWindow) {
+    return OpenFileCommand(operation, window, newWindow);
+}
+
+QCoro::Task<> Save(Operation& operation, DataWindow& window, const ShowNewWindow& /*newWindow*/) {
+    co_await SaveFileMenuCommand(operation, window);
+}
+
+QCoro::Task<> SaveAs(Operation& operation, DataWindow& window, const ShowNewWindow& /*newWindow*/) {
+    co_await SaveAsMenuCommand(operation, window);
+}
+
+QCoro::Task<> CloseFile(Operation& operation, DataWindow& window, const ShowNewWindow& /*newWindow*/) {
+    co_await CloseDataFiles(operation, window, true);
+}
+
+QCoro::Task<> SelectCal(Operation& operation, DataWindow& window, const ShowNewWindow& /*newWindow*/) {
+    co_await SelectCalCommand(operation, window);
+}
+
+std::vector<std::string> LocalFiles(const QMimeData* data) {
+    std::vector<std::string> paths;
+    for (const QUrl& url : data->urls())
+        if (url.isLocalFile()) paths.push_back(url.toLocalFile().toStdString());
+    return paths;
+}
+
+QIcon Icon(const QWidget& form, const char* theme, QStyle::StandardPixmap standard) {
+    return QIcon::fromTheme(theme, form.style()->standardIcon(standard));
+}
+
+}  // namespace
+
+FileCommands::FileCommands(Shell& shell, MainForm& form, Operations& operations)
+    : QObject(&form),
+      shell_(shell),
+      form_(form),
+      operations_(operations),
+      new_(MakeAction("New_File_Menu", "&New File", "Begin new files for what the instrument sends", New)),
+      open_(MakeAction("Open_File_menu", "&Open...", "Open a raw or calibrated data file", Open)),
+      save_(MakeAction("SaveFileItem", "&Save", "Save the recorded data under their name", Save)),
+      saveAs_(MakeAction("SaveAsItem", "Save &As...", "Save the data of this window", SaveAs)),
+      closeFile_(
+          MakeAction("CloseFile_menu", "C&lose File", "Close the data files of this window", CloseFile)),
+      selectCal_(MakeAction("SelectCalItem", "&Select Calibration File...",
+                            "Choose the calibration of this window", SelectCal)) {
+    new_->setShortcut(QKeySequence::New);
+    open_->setShortcut(QKeySequence::Open);
+    open_->setIcon(Icon(form, "document-open", QStyle::SP_DialogOpenButton));
+    open_->setIconText("Open");
+    save_->setShortcut(QKeySequence::Save);
+    saveAs_->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_S);
+    saveAs_->setIcon(Icon(form, "document-save-as", QStyle::SP_DialogSaveButton));
+    saveAs_->setIconText("Save");
+    closeFile_->setIcon(Icon(form, "document-close", QStyle::SP_DialogCloseButton));
+    closeFile_->setIconText("Close File");
+    form.setAcceptDrops(true);
+    form.installEventFilter(this);
+    Window().Running = &operations;
+    Window().OnFilesToName = [this] {
+        if (!operations_.Running("NameFiles"))
+            operations_.Start("NameFiles", [this](Operation& operation) -> QCoro::Task<> {
+                co_await NameFilesCommand(operation, Window());
+            });
+    };
+}
+
+DataWindow& FileCommands::Window() {
+    return form_.Window();
+}
+
+QAction* FileCommands::MakeAction(const char* name, const QString& text, const QString& tip,
+                                  Command command) {
+    auto* action = new QAction(text, this);
+    action->setObjectName(name);
+    action->setToolTip(tip);
+    connect(action, &QAction::triggered, this, [this, command] { Run(command); });
+    return action;
+}
+
+/// One of these at a time: each may ask about what the other is changing.
+void FileCommands::Run(Command command) {
+    if (operations_.Running("Files")) return;
+    operations_.Start("Files", [this, command](Operation& operation) -> QCoro::Task<> {
+        const ShowNewWindow newWindow = NewWindow();
+        co_await command(operation, Window(), newWindow);
+    });
+}
+
+ShowNewWindow FileCommands::NewWindow() {
+    return [this]() -> DataWindow* {
+        MainForm* const other = shell_.NewWindow();
+        if (other == nullptr) return nullptr;
+        other->show();
+        return &other->Window();
+    };
+}
+
+void FileCommands::OpenGiven(std::vector<std::string> paths) {
+    if (paths.empty()) return;
+    operations_.Start("OpenGiven", [this, paths](Operation& operation) -> QCoro::Task<> {
+        const auto idle = [this] { return !operations_.Running("Files"); };
+        co_await operation.Until(idle, Millis::max());
+        const ShowNewWindow newWindow = NewWindow();
+        co_await OpenGivenFiles(operation, Window(), paths, newWindow);
+    });
+}
+
+void FileCommands::MakeMenu(QMenuBar* bar, const std::function<void(QMenu*)>& addFurther) {
+    QMenu* menu = bar->addMenu("&File");
+    menu->setObjectName("File_menu");
+    menu->setToolTipsVisible(true);
+    menu->addActions({new_, open_});
+    MakeRecentMenu(menu);
+    menu->addSeparator();
+    menu->addActions({save_, saveAs_});
+    menu->addSeparator();
+    QAction* process = menu->addAction("&Process Files...", this, &FileCommands::ShowProcessFiles);
+    process->setObjectName("ProcessFilesItem");
+    menu->addSeparator();
+    addFurther(menu);
+    menu->addSeparator();
+    menu->addAction(closeFile_);
+    QAction* close = menu->addAction("&Close Window", QKeySequence::Close, &form_, &QWidget::close);
+    close->setObjectName("CloseWindowItem");
+    QAction* exit =
+        menu->addAction("E&xit", QKeySequence::Quit, this, [this] { shell_.ExitCommand(&form_); });
+    exit->setObjectName("ExitItem");
+}
+
+void FileCommands::MakeCalibrationMenu(QMenuBar* bar) {
+    auto* menu = bar->findChild<QMenu*>("Calibration_menu");
+    if (menu == nullptr) {
+        menu = bar->addMenu("&Calibration");
+        menu->setObjectName("Calibration_menu");
+    }
+    menu->addAction(selectCal_);
+}
+
+void FileCommands::MakeToolBar(QToolBar* bar) {
+    const std::pair<QAction*, const char*> buttons[] = {
+        {open_, "Load_Button"}, {saveAs_, "Save_Button"}, {closeFile_, "CloseFileButton"}};
+    for (const auto& [action, name] : buttons) {
+        bar->addAction(action);
+        auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(action));
+        button->setObjectName(name);
+        button->setAccessibleName(action->toolTip());
+    }
+    bar->addSeparator();
+}
+
+void FileCommands::MakeRecentMenu(QMenu* file) {
+    recent_ = file->addMenu("Open &Recent");
+    recent_->setObjectName("Recent_menu");
+    connect(recent_, &QMenu::aboutToShow, this, &FileCommands::FillRecentMenu);
+    connect(file, &QMenu::aboutToShow, this,
+            [this] { recent_->setEnabled(!RecentFiles(shell_.App().settings).empty()); });
+}
+
+void FileCommands::FillRecentMenu() {
+    recent_->clear();
+    int number = 1;
+    for (const std::string& path : RecentFiles(shell_.App().settings)) {
+        QString text = FromText(path);
+        text.replace('&', "&&");
+        recent_->addAction(QString("&%1  %2").arg(number++).arg(text), this,
+                           [this, path] { OpenGiven({path}); });
+    }
+}
+
+void FileCommands::ShowProcessFiles() {
+    if (processFiles_ == nullptr) processFiles_ = new ProcessFilesForm(shell_.App(), operations_, &form_);
+    processFiles_->Show();
+}
+
+QWidget* FileCommands::MakeStatusLine(QWidget* parent) {
+    line_ = new QWidget(parent);
+    auto* row = new QHBoxLayout(line_);
+    row->setContentsMargins(8, 2, 8, 2);
+    text_ = new QLabel(line_);
+    text_->setObjectName("StatusLine");
+    text_->setAccessibleName("News about the data");
+    text_->setTextFormat(Qt::PlainText);
+    text_->setWordWrap(true);
+    text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    row->addWidget(text_, 1);
+    progress_ = new QProgressBar(line_);
+    progress_->setObjectName("LoadProgress");
+    progress_->setAccessibleName("Progress of reading the file");
+    progress_->setRange(0, kProgressSteps);
+    progress_->setFixedWidth(kProgressWidth);
+    row->addWidget(progress_);
+    stop_ = new QPushButton("S&top", line_);
+    stop_->setObjectName("StopLoading");
+    stop_->setToolTip("Show what has been read so far");
+    stop_->setShortcut(Qt::Key_Escape);
+    connect(stop_, &QPushButton::clicked, this, &FileCommands::StopLoading);
+    row->addWidget(stop_);
+    dismiss_ = new QPushButton("Hi&de", line_);
+    dismiss_->setObjectName("HideStatusLine");
+    dismiss_->setFlat(true);
+    connect(dismiss_, &QPushButton::clicked, this, [this] { Window().StatusLine.clear(); });
+    row->addWidget(dismiss_);
+    line_->hide();
+    return line_;
+}
+
+/// What was read stays on the graph.
+void FileCommands::StopLoading() {
+    if (Window().Stored.IsShown()) operations_.Cancel(kLoadOperation);
+}
+
+void FileCommands::Update() {
+    const DataWindow& window = Window();
+    const bool holds = window.Stored.IsShown() || !window.WhereDataAre().empty();
+    save_->setEnabled(holds);
+    saveAs_->setEnabled(holds);
+    closeFile_->setEnabled(holds);
+    UpdateProgress();
+}
+
+void FileCommands::UpdateProgress() {
+    const DataWindow& window = Window();
+    const bool reading = window.LoadProgress.has_value();
+    if (reading) {
+        const std::string_view title = window.ProgressTitle;
+        text_->setText(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())));
+        const auto size = static_cast<double>(window.LoadProgress->size);
+        const double share = size > 0 ? static_cast<double>(window.LoadProgress->done) / size : 0;
+        progress_->setValue(static_cast<int>(kProgressSteps * share));
+    } else if (text_->text() != FromText(window.StatusLine)) {
+        text_->setText(FromText(window.StatusLine));
+    }
+    progress_->setVisible(reading);
+    stop_->setVisible(reading && window.Stored.IsShown());
+    dismiss_->setVisible(!reading);
+    line_->setVisible(reading || !window.StatusLine.empty());
+}
+
+bool FileCommands::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &form_ && event->type() == QEvent::DragEnter) {
+        auto* drag = static_cast<QDragEnterEvent*>(event);
+        if (!LocalFiles(drag->mimeData()).empty()) drag->acceptProposedAction();
+        return true;
+    }
+    if (watched == &form_ && event->type() == QEvent::Drop) {
+        auto* drop = static_cast<QDropEvent*>(event);
+        drop->acceptProposedAction();
+        OpenGiven(LocalFiles(drop->mimeData()));
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+}  // namespace marisonde
