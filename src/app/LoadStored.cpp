@@ -8,6 +8,8 @@
 #include "app/PlotSink.h"
 #include "app/RecentFiles.h"
 #include "files/DatFileReader.h"
+#include "files/FileHeader.h"
+#include "files/FileHeaderInfo.h"
 #include "files/RawFileReader.h"
 #include "platform/Operations.h"
 
@@ -61,11 +63,21 @@ std::string Told(const StoredFile& file, const LoadResult& result) {
     return text + LoadSummary(result);
 }
 
+/// What the time of samples without a clock counts from: when the recording began.
+double BeginOf(const std::filesystem::path& path) {
+    FileHeaderInfo info;
+    constexpr double kNoDate = 1;  // not 0, which means that a sample has no date at all
+    if (ReadFileHeader(path, info)) return kNoDate;
+    return CreationDateFrom(info.CreationDate).value_or(kNoDate);
+}
+
 /// Reads the whole file, or the group of it that was shown before.
 QCoro::Task<> Load(Operation& operation, DataWindow& window, StoredFile file, bool again) {
     const int mine = ++window.LoadSerial;
     const StoredFile before = std::exchange(window.Stored, file);
     PlotSink plot(window, window.Plot.MaxGraphPoints, PlotSink::NewestSample::Follows);
+    const double begin = BeginOf(file.path);
+    plot.DateWithoutClock = [begin](const CalibratedSample& sample) { return begin + sample.Elapsed; };
     const Converter converter(window.Link.CalData, window.App().sigma, window.App().pureWater);
     RawFileReader raw(window.Link.CalData.InstType, converter);
     DatFileReader dat(file.type);

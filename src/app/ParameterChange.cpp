@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/DataWindow.h"
+#include "app/Recalculate.h"
 
 namespace marisonde {
 
@@ -18,8 +19,8 @@ void UpdateCalibrations(AppContext& app, bool tables) {
             for (std::string& message : cal.CheckAndUpdateAll(app.sigma, app.pureWater))
                 window->Ask().ShowError(std::move(message));
         }
-        window->CalibrationChanged();
     }
+    RecalculateAllWindows(app);
 }
 
 }  // namespace

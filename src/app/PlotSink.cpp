@@ -24,7 +24,7 @@ void PlotSink::Append(const RawSample& raw, const CalibratedSample& sample) {
     last_ = &sample;
     if (sample.Time == 0 && DateWithoutClock) {
         dated_ = sample;
-        dated_.Time = DateWithoutClock();
+        dated_.Time = DateWithoutClock(sample);
         last_ = &dated_;
     }
     window_.Plot.AddSample(raw, *last_);

@@ -19,7 +19,7 @@ class PlotSink final : public SampleSink {
         : window_(window), maxPoints_(maxPoints), newest_(newest) {}
 
     /// Called with each sample whose line has no clock, to give it its date.
-    std::function<double()> DateWithoutClock;
+    std::function<double(const CalibratedSample&)> DateWithoutClock;
 
     void Clear() override;
     void Append(const RawSample& raw, const CalibratedSample& sample) override;

@@ -46,7 +46,9 @@ QCoro::Task<> ReplotLog(Operation& operation, DataWindow& window) {
     // The oldest points make room as they did when they were live.
     PlotSink sink(window, std::numeric_limits<int>::max(), PlotSink::NewestSample::Stays);
     std::size_t withoutClock = 0;
-    sink.DateWithoutClock = [&] { return window.DateWithoutClock(withoutClock++); };
+    sink.DateWithoutClock = [&](const CalibratedSample& /*sample*/) {
+        return window.DateWithoutClock(withoutClock++);
+    };
     LoadHost host{window.App().clock, window.Ask(), std::numeric_limits<int>::max(), {}, {}};
     host.progress = [&](const ReadProgress& at) {
         sink.Show();
@@ -89,8 +91,6 @@ void RecalculateWindow(DataWindow& window) {
 void RecalculateAllWindows(AppContext& app) {
     for (DataWindow* const window : app.windows) {
         if (window == nullptr) continue;
-        for (const std::string& message : window->Link.CalData.CheckAndUpdateAll(app.sigma, app.pureWater))
-            window->Ask().ShowError(message);
         if (window->Link.State.CalReady) window->CalibrationChanged();
         RecalculateWindow(*window);
     }

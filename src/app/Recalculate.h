@@ -7,8 +7,8 @@ namespace marisonde {
 class DataWindow;
 struct AppContext;
 
-/// To be called when the sigma or pure-water parameters have changed: brings the calibration of every open
-/// window up to date and puts its samples through it again.
+/// To be called when the sigma or pure-water parameters, and the calibrations with them, have changed: puts
+/// the samples of every open window through them again.
 void RecalculateAllWindows(AppContext& app);
 
 /// Puts the samples of a window through its calibration of now, and shows them again: those of a raw file by

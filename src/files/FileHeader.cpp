@@ -39,6 +39,17 @@ std::string CreationDateText(double date) {
     return text;
 }
 
+std::optional<double> CreationDateFrom(std::string_view text) {
+    constexpr std::string_view kForm = "00/00/00 00:00:00";
+    if (text.size() != kForm.size()) return std::nullopt;
+    for (std::size_t i = 0; i < kForm.size(); ++i) {
+        const bool digit = text[i] >= '0' && text[i] <= '9';
+        if (kForm[i] == '0' ? !digit : text[i] != kForm[i]) return std::nullopt;
+    }
+    const auto two = [&](std::size_t place) { return 10 * (text[place] - '0') + (text[place + 1] - '0'); };
+    return DateFromCivil(2000 + two(6), two(0), two(3), two(9), two(12), two(15));
+}
+
 void AppendKey(std::string& out, std::string_view key, std::string_view text) {
     out += key;
     AppendOneLine(out, text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,8 @@ void AppendCommonHeader(std::string& out, const HeaderStamp& stamp, const Header
 
 /// "07/04/11 09:15:22" for a date in days since 30 December 1899.
 std::string CreationDateText(double date);
+/// The date of such a text, of the years 2000 to 2099; nullopt when it is none.
+std::optional<double> CreationDateFrom(std::string_view text);
 
 /// Appends key, text and line end; line breaks within the text become blanks.
 void AppendKey(std::string& out, std::string_view key, std::string_view text);

@@ -20,10 +20,11 @@ constexpr std::array kInfoKeys{
     InfoKey{"Config", &FileHeaderInfo::Config},         InfoKey{"ID", &FileHeaderInfo::ID},
     InfoKey{"DeviceType", &FileHeaderInfo::DeviceType},
 };
-/// Paths, which may hold what ends the value of any other key.
+/// Paths and dates, which may hold what ends the value of any other key.
 constexpr std::array kPathKeys{
     InfoKey{"DataSource=", &FileHeaderInfo::DataSource},
     InfoKey{"CalSource=", &FileHeaderInfo::CalSource},
+    InfoKey{"CreationDate=", &FileHeaderInfo::CreationDate},
 };
 
 /// Whether a line of this kind has a time field before its record, as the files of the factory procedures do.

@@ -27,6 +27,13 @@ TEST(CommandLineTest, APortNeedsItsModel) {
     EXPECT_EQ(ParseCommandLine({"--nothing"}).message, "Unknown option '--nothing'.");
 }
 
+TEST(CommandLineTest, FilesToOpenAreNamedOneByOne) {
+    const CommandLine line = ParseCommandLine({"--open", "a b.raw", "--open=two.dat"});
+    EXPECT_EQ(line.mode, Mode::Window);
+    EXPECT_EQ(line.openFiles, (std::vector<std::string>{"a b.raw", "two.dat"}));
+    EXPECT_EQ(ParseCommandLine({"--open"}).message, "--open needs a value: FILE.");
+}
+
 TEST(CommandLineTest, DemonstrationsOfUpToSixModels) {
     const CommandLine line = ParseCommandLine({"--demo", "delph-4, N-Tidal", "--seconds", "5"});
     EXPECT_EQ(line.mode, Mode::Demo);

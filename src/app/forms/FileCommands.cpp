@@ -159,7 +159,7 @@ void FileCommands::MakeMenu(QMenuBar* bar, const std::function<void(QMenu*)>& ad
     addFurther(menu);
     menu->addSeparator();
     menu->addAction(closeFile_);
-    QAction* close = menu->addAction("&Close Window", QKeySequence::Close, &form_, &QWidget::close);
+    QAction* close = menu->addAction("&Close Window", Qt::CTRL | Qt::Key_W, &form_, &QWidget::close);
     close->setObjectName("CloseWindowItem");
     QAction* exit =
         menu->addAction("E&xit", QKeySequence::Quit, this, [this] { shell_.ExitCommand(&form_); });

@@ -1,0 +1,328 @@
+#include "app/FilesFixture.h"
+#include "app/LoadStored.h"
+#include "app/NewFile.h"
+#include "app/RecentFiles.h"
+#include "app/SaveFile.h"
+
+namespace marisonde {
+namespace {
+
+using simulator::Model;
+namespace fs = std::filesystem;
+
+class SaveFileTest : public FilesFixture {
+  protected:
+    using Command = QCoro::Task<bool> (*)(Operation&, DataWindow&);
+    std::optional<bool> Save(DataWindow& window, Command command) {
+        std::optional<bool> saved;
+        Do(window, [&](Operation& operation) -> QCoro::Task<> {
+            const bool done = co_await command(operation, window);
+            saved = done;
+        });
+        return saved;
+    }
+    std::optional<bool> SaveAs(DataWindow& window, const std::string& path, int filter = 0) {
+        dialogs.chosen = {{path, filter}};
+        return Save(window, SaveAsMenuCommand);
+    }
+    DataWindow& Sampling() {
+        DataWindow& window = Keep(Simulated(Model::Corvane6, {}));
+        Run(window, std::chrono::seconds(10));
+        return window;
+    }
+    DataWindow& Showing(const std::string& path, const char* type) {
+        DataWindow& window = WithCal(Model::Corvane6);
+        StartLoad(window, {path, type, InstTypeCode::Corvane6, ""});
+        Settle();
+        return window;
+    }
+    static std::string DataOf(const fs::path& path) { return BehindHeader(TestFolder::Read(path), "[Data]"); }
+};
+
+TEST_F(SaveFileTest, NothingToSave) {
+    DataWindow& window = Empty();
+    EXPECT_EQ(Save(window, SaveAsMenuCommand), false);
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), false);
+    EXPECT_EQ(dialogs.notices, std::vector<std::string>(2, "No data loaded.  Cannot save any files."));
+    EXPECT_TRUE(dialogs.filesAsked.empty());
+}
+
+TEST_F(SaveFileTest, RecordedDataGetTheNameAndRecordingGoesOn) {
+    DataWindow& window = Sampling();
+    app.prefs.SavePath = "/before/";
+    EXPECT_EQ(SaveAs(window, (folder / "out/one").string()), false);  // the folder does not exist
+    EXPECT_EQ(dialogs.filesAsked.at(0).path, "/before/" + window.DefaultFileName());
+    fs::create_directories(folder / "out");
+    EXPECT_EQ(SaveAs(window, (folder / "out/one").string()), true);
+    EXPECT_EQ(app.prefs.SavePath, (folder / "out/").string());
+    EXPECT_EQ(TestFolder::Names(folder / "out"), (std::set<std::string>{"one.raw", "one.dat"}));
+    EXPECT_FALSE(window.Files.HasUnsavedData());
+    const auto before = fs::file_size(folder / "out/one.raw");
+    Run(window, std::chrono::seconds(10));
+    EXPECT_TRUE(window.Files.HasUnsavedData());
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), true);
+    EXPECT_GT(fs::file_size(folder / "out/one.raw"), before);
+    EXPECT_EQ(TestFolder::Read(folder / "out/one.raw"), TestFolder::Read(window.Files.State().rawTemporary));
+    EXPECT_EQ(dialogs.filesAsked.size(), 2U);
+}
+
+TEST_F(SaveFileTest, TypesNarrowWhatIsWritten) {
+    DataWindow& window = Sampling();
+    EXPECT_EQ(SaveAs(window, (folder / "raw only").string(), 1), true);
+    EXPECT_EQ(SaveAs(window, (folder / "dat only").string(), 2), true);
+    EXPECT_TRUE(fs::exists(folder / "raw only.raw"));
+    EXPECT_FALSE(fs::exists(folder / "raw only.dat"));
+    EXPECT_FALSE(fs::exists(folder / "dat only.raw"));
+    EXPECT_TRUE(fs::exists(folder / "dat only.dat"));
+}
+
+TEST_F(SaveFileTest, CancelledDialogSavesNothing) {
+    DataWindow& window = Sampling();
+    EXPECT_EQ(SaveAs(window, ""), false);
+    EXPECT_TRUE(window.Files.HasUnsavedData());
+    EXPECT_TRUE(dialogs.notices.empty());
+}
+
+TEST_F(SaveFileTest, FailedCopyIsToldWithItsPlace) {
+    DataWindow& window = Sampling();
+    EXPECT_EQ(SaveAs(window, "/nowhere/one", 1), false);
+    EXPECT_EQ(dialogs.notices,
+              std::vector<std::string>{"Error2 (No such file or directory) occurred while saving "
+                                       "/nowhere/one.raw"});
+    ASSERT_EQ(dialogs.errors.size(), 1U);
+    EXPECT_NE(dialogs.errors[0].find(window.Files.State().rawTemporary.string()), std::string::npos);
+    EXPECT_TRUE(window.Files.AnyOpen());
+}
+
+TEST_F(SaveFileTest, SaveUnderANameThatIsGoneShowsWhereTheDataAre) {
+    DataWindow& window = Sampling();
+    fs::create_directories(folder / "stick");
+    ASSERT_EQ(SaveAs(window, (folder / "stick/one").string()), true);
+    fs::remove_all(folder / "stick");
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), false);
+    ASSERT_EQ(dialogs.errors.size(), 1U);
+    EXPECT_EQ(
+        dialogs.errors[0],
+        "Saving to \"" + (folder / "stick/one.raw").string() +
+            "\" failed because of error (2)\nNo such file or directory).The data have been saved in the "
+            "file \"" +
+            window.Files.State().rawTemporary.string() +
+            "\" in the temporary folder.  Either us \"Save As...\" to save the file to a different "
+            "destination, or click on Open Temporary Folder and copy or rename the file there.  The "
+            "temporary file will be deleted the next time Marisonde starts or you use the \"New File\" "
+            "command.");
+    EXPECT_TRUE(window.Files.AnyOpen());
+}
+
+TEST_F(SaveFileTest, RawFileIsSavedAsACopyAndAsCalibratedData) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    DataWindow& window = Showing(cast.raw, "raw");
+    EXPECT_EQ(SaveAs(window, (folder / "copy").string()), true);
+    EXPECT_EQ(dialogs.filesAsked.at(0).path, cast.raw);
+    EXPECT_EQ(TestFolder::Read(folder / "copy.raw"), TestFolder::Read(cast.raw));
+    EXPECT_EQ(DataOf(folder / "copy.dat"), DataOf(cast.dat));
+    EXPECT_FALSE(window.LoadProgress);
+}
+
+TEST_F(SaveFileTest, RawFileUnderItsOwnNameStaysAsItIs) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    const std::string before = TestFolder::Read(cast.raw);
+    fs::remove(cast.dat);
+    DataWindow& window = Showing(cast.raw, "raw");
+    dialogs.answers = {Choice::First};  // replace it
+    EXPECT_EQ(SaveAs(window, cast.raw), true);
+    EXPECT_EQ(TestFolder::Read(cast.raw), before);
+    EXPECT_TRUE(fs::exists(cast.dat));
+    EXPECT_TRUE(dialogs.notices.empty());
+}
+
+TEST_F(SaveFileTest, FailedConversionIsToldWithItsNumber) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    DataWindow& window = Showing(cast.raw, "raw");
+    EXPECT_EQ(SaveAs(window, "/nowhere/one", 2), false);
+    EXPECT_EQ(dialogs.notices, std::vector<std::string>{"Error 2 occurred while saving /nowhere/one.dat"});
+    EXPECT_EQ(dialogs.errors,
+              std::vector<std::string>{"Error opening /nowhere/one.dat: No such file or directory"});
+}
+
+TEST_F(SaveFileTest, CalibratedFileIsCopied) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    DataWindow& window = Showing(cast.dat, "dat");
+    EXPECT_EQ(SaveAs(window, (folder / "copy").string()), true);
+    EXPECT_EQ(dialogs.filesAsked.at(0).filters.size(), 1U);
+    EXPECT_EQ(TestFolder::Read(folder / "copy.dat"), TestFolder::Read(cast.dat));
+    EXPECT_EQ(SaveAs(window, "/nowhere/one"), false);
+    EXPECT_EQ(dialogs.notices,
+              std::vector<std::string>{"Error2 (No such file or directory) occurred while saving "
+                                       "/nowhere/one.dat"});
+}
+
+TEST_F(SaveFileTest, OpenedFileHasNothingToSave) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    DataWindow& window = Showing(cast.raw, "raw");
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), true);
+    EXPECT_TRUE(dialogs.filesAsked.empty());
+    EXPECT_NE(window.StatusLine.find("cast.raw is as it was"), std::string::npos);
+}
+
+/// Files on a disk that fills up, and may stay unusable.
+class FullDiskTest : public SaveFileTest {
+  protected:
+    /// A real file that fails from a moment on.
+    class Full final : public OutputFile {
+      public:
+        explicit Full(FullDiskTest& test) : test_(test) {}
+        FileError Open(const fs::path& path, OpenMode mode) override {
+            return mode == OpenMode::Extend && test_.closed ? FileError{13, "Permission denied"}
+                                                            : file_.Open(path, mode);
+        }
+        FileError Append(std::string_view bytes) override {
+            return test_.full ? FileError{28, "No space left on device"} : file_.Append(bytes);
+        }
+        FileError Flush() override { return file_.Flush(); }
+        FileError Close() override { return file_.Close(); }
+        bool IsOpen() const override { return file_.IsOpen(); }
+        const fs::path& Path() const override { return file_.Path(); }
+
+      private:
+        FullDiskTest& test_;
+        DiskFile file_;
+    };
+    DataWindow& Recording() {
+        DataWindow& window =
+            Keep(Scripted(Model::Corvane6, [this] { return std::make_unique<Full>(*this); }));
+        port->Queue("hello\r\n");
+        Run(window, kTick);
+        EXPECT_EQ(SaveAs(window, (folder / "one").string(), 1), true);
+        full = true;
+        port->Queue("lost\r\n");
+        Run(window, kTick);
+        EXPECT_FALSE(window.Files.IsOpen(DataFileKind::Raw));
+        return window;
+    }
+    bool full = false;
+    bool closed = false;
+};
+
+TEST_F(FullDiskTest, RecordingIsTakenUpAgainBySaving) {
+    DataWindow& window = Recording();
+    full = false;
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), true);
+    EXPECT_TRUE(window.Files.IsOpen(DataFileKind::Raw));
+    port->Queue("more\r\n");
+    Run(window, kTick);
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), true);
+    EXPECT_EQ(BehindHeader(TestFolder::Read(folder / "one.raw"), "[EndHeader]"), "hello\r\nmore\r\n");
+}
+
+TEST_F(FullDiskTest, AFileThatCannotBeExtendedIsTold) {
+    DataWindow& window = Recording();
+    closed = true;
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), true);
+    EXPECT_EQ(dialogs.notices,
+              std::vector<std::string>{"Error 13 (Permission denied) occured while attempting to open " +
+                                       (folder / "one.raw").string() +
+                                       " for appending.  No new data will be saved."});
+}
+
+class NewFileTest : public SaveFileTest {
+  protected:
+    void New(DataWindow& window, std::deque<Choice> answers = {}) {
+        dialogs.answers = std::move(answers);
+        Do(window, [&](Operation& operation) { return NewFileCommand(operation, window); });
+    }
+};
+
+TEST_F(NewFileTest, ConnectedWindowBeginsNewFiles) {
+    DataWindow& window = Sampling();
+    const int before = window.Plot.PlotIndex();
+    ASSERT_GT(before, 5);
+    // Do not save the data before, and close their files while data come.
+    New(window, {Choice::Second, Choice::First});
+    EXPECT_TRUE(window.Files.AnyOpen());
+    EXPECT_LT(window.Plot.PlotIndex(), before);
+}
+
+TEST_F(NewFileTest, RefusedCloseKeepsTheFiles) {
+    DataWindow& window = Sampling();
+    const int before = window.Plot.PlotIndex();
+    New(window, {Choice::Third});
+    EXPECT_GE(window.Plot.PlotIndex(), before);
+    EXPECT_TRUE(window.Files.HasUnsavedData());
+}
+
+TEST_F(NewFileTest, WithoutAConnectionOneIsAskedFor) {
+    DataWindow& window = WithCal(Model::Corvane6);
+    std::function<void()> closed;
+    window.Link.ShowConnectForm = [&](std::function<void()> whenClosed) { closed = std::move(whenClosed); };
+    New(window);
+    ASSERT_TRUE(closed);
+    closed();  // the user has cancelled it
+    Settle();
+    EXPECT_FALSE(window.Files.AnyOpen());
+    New(window);
+    EXPECT_EQ(window.OpenWithoutQuery(1, 19200, InstTypeCode::Corvane6), "");
+    closed();
+    Settle();
+    EXPECT_TRUE(window.Files.IsOpen(DataFileKind::Raw));
+    EXPECT_TRUE(window.Files.IsOpen(DataFileKind::Dat));
+}
+
+TEST_F(NewFileTest, OpenedFileGivesWayToNewData) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    DataWindow& window = Showing(cast.raw, "raw");
+    EXPECT_EQ(window.OpenWithoutQuery(1, 19200, InstTypeCode::Corvane6), "");
+    New(window);
+    EXPECT_FALSE(window.Stored.IsShown());
+    EXPECT_EQ(window.Plot.PlotIndex(), 1);
+    EXPECT_TRUE(fs::exists(cast.raw));
+}
+
+TEST_F(NewFileTest, NamesAreAskedForWhenTheUserWantsIt) {
+    DataWindow& window = Keep(Scripted(Model::Corvane6));
+    int asked = 0;
+    window.OnFilesToName = [&] { ++asked; };
+    window.OpenDataFiles("raw", true);
+    EXPECT_EQ(asked, 0);
+    app.prefs.NameFilesOnOpen = true;
+    window.OpenDataFiles("rmu", true);
+    EXPECT_EQ(asked, 0);
+    window.OpenDataFiles("raw", true, (folder / "named").string());
+    EXPECT_EQ(asked, 0);
+    window.OpenDataFiles("raw", true);
+    EXPECT_EQ(asked, 1);
+    window.OpenDataFiles("", true);
+    EXPECT_EQ(asked, 2);
+}
+
+TEST_F(NewFileTest, NamedFilesAreSavedWithoutAsking) {
+    DataWindow& window = Sampling();
+    dialogs.chosen = {{(folder / "cast one").string(), 0}};
+    Do(window, [&](Operation& operation) { return NameFilesCommand(operation, window); });
+    EXPECT_EQ(window.Files.State().rawFinal, folder / "cast one.raw");
+    EXPECT_EQ(window.Files.State().datFinal, folder / "cast one.dat");
+    EXPECT_FALSE(window.Files.State().stillToBeNamed);
+    EXPECT_FALSE(fs::exists(folder / "cast one.raw"));
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), true);
+    EXPECT_TRUE(fs::exists(folder / "cast one.raw"));
+    EXPECT_TRUE(fs::exists(folder / "cast one.dat"));
+    EXPECT_EQ(dialogs.filesAsked.size(), 1U);
+}
+
+TEST_F(NewFileTest, CancelledNamingLeavesThemUnnamed) {
+    DataWindow& window = Sampling();
+    dialogs.chosen = {{"", 0}};
+    Do(window, [&](Operation& operation) { return NameFilesCommand(operation, window); });
+    EXPECT_TRUE(window.Files.State().stillToBeNamed);
+    EXPECT_TRUE(window.Files.AnyOpen());
+}
+
+TEST_F(SaveFileTest, FilesOpenedLastComeFirst) {
+    for (int i = 0; i < 10; ++i) NoteRecentFile(settings, "/d/" + std::to_string(i));
+    NoteRecentFile(settings, "/d/5");
+    EXPECT_EQ(RecentFiles(settings),
+              (std::vector<std::string>{"/d/5", "/d/9", "/d/8", "/d/7", "/d/6", "/d/4", "/d/3", "/d/2"}));
+}
+
+}  // namespace
+}  // namespace marisonde
