@@ -175,5 +175,25 @@ TEST(HeaderLengthTest, OnlyACompleteBlockIsAHeader) {
         EXPECT_EQ(HeaderLength(row.header + row.data), row.header.size()) << row.header << row.data;
 }
 
+class WholeLines : public testing::TestWithParam<std::pair<std::string, std::uint64_t>> {};
+
+/// A recording that goes on has whole lines up to its last carriage return.
+TEST_P(WholeLines, EndWithTheLastCarriageReturn) {
+    const TestFolder folder;
+    TestFolder::Write(folder / "log.raw", GetParam().first);
+    EXPECT_EQ(WholeLinesLength(folder / "log.raw"), GetParam().second);
+}
+
+INSTANTIATE_TEST_SUITE_P(Recordings, WholeLines,
+                         testing::Values(std::pair{std::string(), 0U}, std::pair{std::string("abc"), 0U},
+                                         std::pair{std::string("abc\r\nde"), 4U},
+                                         std::pair{std::string("abc\r"), 4U},
+                                         std::pair{"\r" + std::string(10000, 'x'), 1U},
+                                         std::pair{std::string(4095, 'x') + "\r" + std::string(4096, 'y'), 4096U}));
+
+TEST(WholeLinesTest, OfAFileThatIsNotThereThereAreNone) {
+    EXPECT_EQ(WholeLinesLength("/nowhere/at/all.raw"), 0U);
+}
+
 }  // namespace
 }  // namespace marisonde

@@ -36,6 +36,12 @@ TEST(CreationDateTest, TwoDigitsEach) {
     EXPECT_EQ(CreationDateText(36526), "01/01/00 00:00:00");
 }
 
+TEST(CreationDateTest, ComesBackFromItsText) {
+    EXPECT_EQ(CreationDateFrom("07/04/11 09:15:22"), DateFromCivil(2011, 7, 4, 9, 15, 22));
+    for (const char* text : {"", "07/04/11", "07/04/11 09:15:2x", "2011-07-04 09:15:", "07/04/2011 09:15:22"})
+        EXPECT_FALSE(CreationDateFrom(text)) << text;
+}
+
 TEST(RawHeaderTest, WithUserHeaderAndCalibrationFile) {
     CalibrationDataClass cal = SomeCalibration();
     cal.NoteSource("/cals/HS970312 new.cal");

@@ -33,6 +33,21 @@ TEST_F(LineReaderTest, EveryKindOfLineEnd) {
     EXPECT_EQ(LinesOf("\n"), Lines{""});
 }
 
+TEST_F(LineReaderTest, ReadsNoFurtherThanItIsTold) {
+    std::string text;
+    while (text.size() < LineReader::kBlock) text += "abcdefg\r";
+    LineReader reader;
+    ASSERT_FALSE(reader.Open(Write("lines", text + "abc\rdef\r"), LineReader::kBlock + 4));
+    std::size_t count = 0;
+    std::string last;
+    std::string_view line;
+    for (; reader.Next(line); ++count) last = line;
+    EXPECT_EQ(count, LineReader::kBlock / 8 + 1);
+    EXPECT_EQ(last, "abc");
+    EXPECT_EQ(reader.Progress().size, LineReader::kBlock + 4);
+    EXPECT_EQ(reader.Progress().done, LineReader::kBlock + 4);
+}
+
 TEST_F(LineReaderTest, AFileWithoutBytesHasNoLines) {
     EXPECT_EQ(LinesOf(""), Lines{});
 }
