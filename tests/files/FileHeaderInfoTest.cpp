@@ -175,13 +175,12 @@ TEST(HeaderLengthTest, OnlyACompleteBlockIsAHeader) {
         EXPECT_EQ(HeaderLength(row.header + row.data), row.header.size()) << row.header << row.data;
 }
 
-class WholeLines : public testing::TestWithParam<std::pair<std::string, std::uint64_t>> {};
+class WholeLines : public FileFixture,
+                   public testing::WithParamInterface<std::pair<std::string, std::uint64_t>> {};
 
 /// A recording that goes on has whole lines up to its last carriage return.
 TEST_P(WholeLines, EndWithTheLastCarriageReturn) {
-    const TestFolder folder;
-    TestFolder::Write(folder / "log.raw", GetParam().first);
-    EXPECT_EQ(WholeLinesLength(folder / "log.raw"), GetParam().second);
+    EXPECT_EQ(WholeLinesLength(Write("log.raw", GetParam().first)), GetParam().second);
 }
 
 INSTANTIATE_TEST_SUITE_P(Recordings, WholeLines,
