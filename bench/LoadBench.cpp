@@ -82,6 +82,7 @@ class ChartSink final : public SampleSink {
   public:
     ChartSink() { plot_.SetupChartForInstrument(InstTypeCode::Corvane6); }
     void Clear() override { plot_.ClearGraph(); }
+    void Expect(int samples) override { plot_.ExpectPoints(samples); }
     void Append(const RawSample& raw, const CalibratedSample& sample) override {
         if (left_ == 0) left_ = plot_.BeginTick(kRawLinesPerService);
         plot_.AddSample(raw, sample);

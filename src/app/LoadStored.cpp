@@ -45,6 +45,7 @@ class DatSink final : public SampleSink {
         }
         plot_.Clear();
     }
+    void Expect(int samples) override { plot_.Expect(samples); }
     void Append(const RawSample& raw, const CalibratedSample& sample) override { plot_.Append(raw, sample); }
 
   private:

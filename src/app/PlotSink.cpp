@@ -12,6 +12,10 @@ void PlotSink::Clear() {
     points_ = 0;
 }
 
+void PlotSink::Expect(int samples) {
+    window_.Plot.ExpectPoints(samples);
+}
+
 void PlotSink::Append(const RawSample& raw, const CalibratedSample& sample) {
     constexpr int kBatch = 1000;
     if (room_ == 0) {

@@ -22,6 +22,7 @@ class PlotSink final : public SampleSink {
     std::function<double(const CalibratedSample&)> DateWithoutClock;
 
     void Clear() override;
+    void Expect(int samples) override;
     void Append(const RawSample& raw, const CalibratedSample& sample) override;
     /// Shows what was appended since the last call. To be called before the program goes on to other things.
     void Show();

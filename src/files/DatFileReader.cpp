@@ -32,7 +32,7 @@ void ReadFields(std::string_view line, Fields& fields) {
             p = number.end;
         }
         ++fields.count;
-        p = std::find(p, last, ',');
+        if (p != last && *p != ',') p = std::find(p, last, ',');
         if (p != last) ++p;
     }
     const std::size_t read = std::min(fields.count, kMaxDatColumns);

@@ -1,5 +1,6 @@
 #include "files/GroupLoad.h"
 
+#include <algorithm>
 #include <string>
 
 namespace marisonde {
@@ -13,12 +14,15 @@ GroupLoad::Step GroupLoad::Run(int lines) {
         if (full_) return Step::GroupFull;
         Append();
     }
+    if (!told_ && points_ > 0) TellExpected();
     return Step::Working;
 }
 
 void GroupLoad::NextGroup() {
     sink_.Clear();
     points_ = 0;
+    begin_ = reader_.Progress().done;
+    told_ = false;
     if (full_) Append();
     full_ = false;
 }
@@ -26,6 +30,14 @@ void GroupLoad::NextGroup() {
 void GroupLoad::Append() {
     sink_.Append(reader_.Raw(), reader_.Sample());
     ++points_;
+}
+
+void GroupLoad::TellExpected() {
+    told_ = true;
+    const ReadProgress at = reader_.Progress();
+    if (at.done <= begin_ || at.done >= at.size) return;
+    const double share = static_cast<double>(at.size - begin_) / static_cast<double>(at.done - begin_);
+    sink_.Expect(static_cast<int>(std::min<double>(points_ * share, maxPoints_)));
 }
 
 Question NextGroupQuestion(int points, bool raw) {

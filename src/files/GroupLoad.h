@@ -13,6 +13,8 @@ class SampleSink {
     virtual ~SampleSink() = default;
     /// Forgets everything: a further group begins.
     virtual void Clear() = 0;
+    /// About so many samples will be in the group that was begun, as far as the file's size tells.
+    virtual void Expect(int /*samples*/) {}
     virtual void Append(const RawSample& raw, const CalibratedSample& sample) = 0;
 };
 
@@ -43,12 +45,15 @@ class GroupLoad {
 
   private:
     void Append();
+    void TellExpected();
 
     SampleReader& reader_;
     SampleSink& sink_;
     int maxPoints_;
     int points_ = 0;
-    bool full_ = false;  ///< the reader's sample waits for the next group
+    std::uint64_t begin_ = 0;  ///< place in the file of the group
+    bool told_ = false;        ///< the sink knows how large the group will be
+    bool full_ = false;        ///< the reader's sample waits for the next group
 };
 
 /// Asked when a group is full. The second button stops. `raw`: of a raw file.

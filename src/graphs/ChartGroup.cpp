@@ -50,6 +50,12 @@ void ChartGroup::Lengthen(int more) {
     for (Points& series : y_) SetLength(series, length);
 }
 
+void ChartGroup::Reserve(int points) {
+    const auto places = static_cast<std::size_t>(std::max(points, 0));
+    x_.reserve(places);
+    for (Points& series : y_) series.reserve(places);
+}
+
 void ChartGroup::SetLastPoint(int point) {
     const int held = std::clamp(point, 0, NumPoints());
     if (held == lastPoint_) return;
@@ -61,29 +67,13 @@ double ChartGroup::X(int point) const {
     return HasPoint(point) ? x_[static_cast<std::size_t>(point) - 1] : kUnwritten;
 }
 
-void ChartGroup::SetX(int point, double value) {
-    if (!HasPoint(point)) return;
-    x_[static_cast<std::size_t>(point) - 1] = value;
-    Rewritten(point);
-}
-
 double ChartGroup::Y(int series, int point) const {
     if (!HasSeries(series) || !HasPoint(point)) return kUnwritten;
     return y_[static_cast<std::size_t>(series) - 1][static_cast<std::size_t>(point) - 1];
 }
 
-void ChartGroup::SetY(int series, int point, double value) {
-    if (!HasSeries(series) || !HasPoint(point)) return;
-    Series(series)[static_cast<std::size_t>(point) - 1] = value;
-    Rewritten(point);
-}
-
-void ChartGroup::Rewritten(int point) {
-    if (point <= lastPoint_) chart_.NotePointsChanged();
-}
-
-SeriesDisplay ChartGroup::Display(int series) const {
-    return HasSeries(series) ? display_[static_cast<std::size_t>(series) - 1] : SeriesDisplay::Kept;
+void ChartGroup::NoteRewritten() {
+    chart_.NotePointsChanged();
 }
 
 void ChartGroup::SetDisplay(int series, SeriesDisplay display) {

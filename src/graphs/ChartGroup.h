@@ -29,15 +29,28 @@ class ChartGroup {
     void SetNumPoints(int count);
     /// Adds `more` places behind the others; LastPoint stays, and so does what is drawn.
     void Lengthen(int more);
+    /// Makes room for so many points at once, so that Lengthen need not move them on its way there. The
+    /// length stays.
+    void Reserve(int points);
     /// The last point that is drawn; those behind it exist but are not shown. Held to 0..NumPoints.
     [[nodiscard]] int LastPoint() const { return lastPoint_; }
     void SetLastPoint(int point);
 
     [[nodiscard]] double X(int point) const;
-    void SetX(int point, double value);
+    void SetX(int point, double value) {
+        if (!HasPoint(point)) return;
+        x_[static_cast<std::size_t>(point) - 1] = value;
+        if (point <= lastPoint_) NoteRewritten();
+    }
     [[nodiscard]] double Y(int series, int point) const;
-    void SetY(int series, int point, double value);
-    [[nodiscard]] SeriesDisplay Display(int series) const;
+    void SetY(int series, int point, double value) {
+        if (!HasSeries(series) || !HasPoint(point)) return;
+        Series(series)[static_cast<std::size_t>(point) - 1] = value;
+        if (point <= lastPoint_) NoteRewritten();
+    }
+    [[nodiscard]] SeriesDisplay Display(int series) const {
+        return HasSeries(series) ? display_[static_cast<std::size_t>(series) - 1] : SeriesDisplay::Kept;
+    }
     void SetDisplay(int series, SeriesDisplay display);
 
     /// Moves `count` points of X and of all series from index `from` to index `to`; the arrays keep their
@@ -63,7 +76,7 @@ class ChartGroup {
     [[nodiscard]] bool HasPoint(int point) const { return point >= 1 && point <= NumPoints(); }
     [[nodiscard]] bool HasSeries(int series) const { return series >= 1 && series <= NumSeries(); }
     Points& Series(int series) { return y_[static_cast<std::size_t>(series) - 1]; }
-    void Rewritten(int point);
+    void NoteRewritten();
 
     Chart2D& chart_;
     int lastPoint_ = 0;

@@ -51,6 +51,14 @@ void LivePlot::DataLimits::Include(double value) {
     if (value < min) min = value;
 }
 
+void LivePlot::ExpectPoints(int points) {
+    const int most = std::clamp(MaxGraphPoints, kLeastGraphPoints, kMostGraphPoints);
+    // The arrays grow in whole steps, also past the limit.
+    const int places = (std::clamp(points, 0, most) + kGrowth - 1) / kGrowth * kGrowth;
+    Primary().Reserve(places);
+    if (Secondary().NumSeries() != 0) Secondary().Reserve(places);
+}
+
 int LivePlot::BeginTick(int queuedLines) {
     newData_ = {};
     newData2_ = {};
@@ -75,9 +83,12 @@ void LivePlot::MakeRoom() {
 void LivePlot::AddSample(const RawSample& raw, const CalibratedSample& sample) {
     MakeRoom();
     StoreCoordinates(sample);
-    if (IsCorvaneFamily(model_)) StoreCorvane(raw, sample);
-    if (IsDelphFamily(model_)) StoreDelph(sample);
-    if (model_ == InstTypeCode::NTidal || model_ == InstTypeCode::LTidal) StoreTidalScatter(raw, sample);
+    if (IsCorvaneFamily(model_))
+        StoreCorvane(raw, sample);
+    else if (IsDelphFamily(model_))
+        StoreDelph(sample);
+    else if (model_ == InstTypeCode::NTidal || model_ == InstTypeCode::LTidal)
+        StoreTidalScatter(raw, sample);
     // A Tidal sample tells by one flag whether the light that came through the water could be used:
     // absorption and attenuation are both made from it.
     if (model_ == InstTypeCode::NTidal) StoreTidalBeam(2, 1, sample.Valid[0], sample.k[0]);
@@ -112,14 +123,27 @@ void LivePlot::StoreCoordinates(const CalibratedSample& sample) {
     }
 }
 
-void LivePlot::StoreCorvane(const RawSample& raw, const CalibratedSample& sample) {
+template <class Values>
+void LivePlot::StoreChannels(const CalibratedSample& sample, const Values& values) {
+    const bool zeroIsNoData = PlotYType == PlotType::NormalizedSignal;
     for (int channel = 0; channel < 8; ++channel) {
         const auto i = static_cast<std::size_t>(channel);
-        if (sample.Valid[i])
-            StoreScatter(channel, raw.Snorm[i], sample);
-        else
+        if (!sample.Valid[i]) {
             SetBox(channel, BoxContent::NoData);
+            continue;
+        }
+        const double value = values[i];
+        Store(Primary(), channel + 1, value);
+        SetBox(channel, zeroIsNoData && value == 0 ? BoxContent::NoData : BoxContent::Value, value);
     }
+}
+
+// Which values are plotted is asked once for all channels: a stored cast has many samples.
+void LivePlot::StoreCorvane(const RawSample& raw, const CalibratedSample& sample) {
+    if (PlotYType == PlotType::NormalizedSignal)
+        StoreChannels(sample, raw.Snorm);
+    else
+        StoreChannels(sample, SigmaOption == SigmaChoice::SigmaCorrect ? sample.bb : sample.bbUncorr);
 }
 
 void LivePlot::StoreDelph(const CalibratedSample& sample) {

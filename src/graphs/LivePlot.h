@@ -117,6 +117,8 @@ class LivePlot {
     /// Takes scale, automatic limits, look, unit and view of another window's graph.
     void CopyGraphSettings(const LivePlot& from);
 
+    /// Makes room at once for a graph that will hold so many points, as far as it may hold them.
+    void ExpectPoints(int points);
     /// Opens a tick with so many lines waiting and returns how many it may take: at most a fifth of the
     /// arrays.
     int BeginTick(int queuedLines);
@@ -165,6 +167,8 @@ class LivePlot {
 
     void MakeRoom();
     void StoreCoordinates(const CalibratedSample& sample);
+    template <class Values>
+    void StoreChannels(const CalibratedSample& sample, const Values& values);
     void StoreCorvane(const RawSample& raw, const CalibratedSample& sample);
     void StoreDelph(const CalibratedSample& sample);
     void StoreTidalScatter(const RawSample& raw, const CalibratedSample& sample);

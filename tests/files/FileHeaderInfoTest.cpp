@@ -112,8 +112,15 @@ TEST_F(FileHeaderInfoTest, ARawFileOfThisProgram) {
     WriteRawHeader(text, {"Leg 2", 40000}, "raw", Corvane6, &cal);
     FileHeaderInfo info;
     ASSERT_FALSE(ReadFileHeader(Write("cast.raw", text), info));
-    const FileHeaderInfo expected{Corvane6, "raw", "CV970312",  "Corvane-6",
-                                  "FT",     "",    "Corvane-6", "//server/cal, old/CV970312.cal"};
+    const FileHeaderInfo expected{Corvane6,
+                                  "raw",
+                                  "CV970312",
+                                  "Corvane-6",
+                                  "FT",
+                                  "",
+                                  "Corvane-6",
+                                  "//server/cal, old/CV970312.cal",
+                                  "07/06/09 00:00:00"};
     EXPECT_EQ(info, expected);
     Told told;
     told.model = GetDataFileType(In("cast.raw"), told.type, told.serial);
@@ -183,12 +190,12 @@ TEST_P(WholeLines, EndWithTheLastCarriageReturn) {
     EXPECT_EQ(WholeLinesLength(Write("log.raw", GetParam().first)), GetParam().second);
 }
 
-INSTANTIATE_TEST_SUITE_P(Recordings, WholeLines,
-                         testing::Values(std::pair{std::string(), 0U}, std::pair{std::string("abc"), 0U},
-                                         std::pair{std::string("abc\r\nde"), 4U},
-                                         std::pair{std::string("abc\r"), 4U},
-                                         std::pair{"\r" + std::string(10000, 'x'), 1U},
-                                         std::pair{std::string(4095, 'x') + "\r" + std::string(4096, 'y'), 4096U}));
+INSTANTIATE_TEST_SUITE_P(
+    Recordings, WholeLines,
+    testing::Values(std::pair{std::string(), 0U}, std::pair{std::string("abc"), 0U},
+                    std::pair{std::string("abc\r\nde"), 4U}, std::pair{std::string("abc\r"), 4U},
+                    std::pair{"\r" + std::string(10000, 'x'), 1U},
+                    std::pair{std::string(4095, 'x') + "\r" + std::string(4096, 'y'), 4096U}));
 
 TEST(WholeLinesTest, OfAFileThatIsNotThereThereAreNone) {
     EXPECT_EQ(WholeLinesLength("/nowhere/at/all.raw"), 0U);

@@ -19,7 +19,9 @@ class KeepTimes final : public SampleSink {
     void Append(const RawSample& /*raw*/, const CalibratedSample& sample) override {
         times.push_back(sample.Time);
     }
+    void Expect(int samples) override { expected.push_back(samples); }
     std::vector<double> times;
+    std::vector<int> expected;
 };
 
 class GroupLoadTest : public FileFixture {
@@ -69,6 +71,35 @@ TEST_F(GroupLoadTest, OnlyTheLastGroupRemainsAndNoSampleIsLost) {
     all.insert(all.end(), sink.times.begin(), sink.times.end());
     ASSERT_EQ(all.size(), 23U);
     for (std::size_t i = 0; i < all.size(); ++i) EXPECT_EQ(all[i], static_cast<double>(i + 1));
+}
+
+TEST_F(GroupLoadTest, TheSizeOfTheFileTellsAboutHowManySamplesWillCome) {
+    // Lines of equal length behind a header that is none of them.
+    std::string text = "[Header]\r\nDeviceType=x-Tidal\r\n[Data]\r\n";
+    for (int i = 1000; i < 2000; ++i) text += std::to_string(i) + ",0,\r\n";
+    ASSERT_FALSE(reader.Open(Write("cast.dat", text)));
+    GroupLoad load(reader, sink, 800);
+    load.NextGroup();
+    ASSERT_EQ(load.Run(100), Step::Working);
+    EXPECT_EQ(sink.expected, std::vector<int>{800});  // no more than a group holds
+    while (load.Run(100) == Step::Working) {
+    }
+    load.NextGroup();
+    ASSERT_EQ(load.Run(99), Step::Working);
+    ASSERT_EQ(sink.expected.size(), 2U);  // once in each group
+    EXPECT_NEAR(sink.expected[1], 200, 4);
+    EXPECT_EQ(load.Run(1000), Step::Done);
+    EXPECT_EQ(sink.expected.size(), 2U);
+    EXPECT_EQ(load.Points(), 200);
+}
+
+TEST_F(GroupLoadTest, NothingIsExpectedBehindTheEndOfAFile) {
+    Open(3);
+    GroupLoad load(reader, sink, 100);
+    load.NextGroup();
+    EXPECT_EQ(load.Run(3), Step::Working);
+    EXPECT_EQ(load.Run(3), Step::Done);
+    EXPECT_TRUE(sink.expected.empty());
 }
 
 TEST_F(GroupLoadTest, AStepReadsNoMoreLinesThanAsked) {

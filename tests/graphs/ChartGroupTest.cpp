@@ -147,5 +147,34 @@ TEST_F(ChartGroupTest, MemoryOfAHundredThousandPointsOfElevenSeriesAndTwoCoordin
     EXPECT_LE(g.CapacityBytes(), 12U * 1000U * 1000U);
 }
 
+TEST_F(ChartGroupTest, ReservedRoomIsSeenOnlyInThatPointsStayWhereTheyAre) {
+    Chart2D empty;
+    ChartGroup& g = empty.ChartGroups(1);
+    g.SetNumSeries(2);
+    g.SetNumPoints(1000);
+    g.SetX(1000, 4);
+    g.SetY(2, 1000, 5);
+    g.SetLastPoint(7);
+    const auto revision = empty.PointsRevision();
+    g.Reserve(20000);
+    EXPECT_EQ(g.NumPoints(), 1000);
+    EXPECT_EQ(g.LastPoint(), 7);
+    EXPECT_EQ(empty.PointsRevision(), revision);
+    const double* const x = g.XData().data();
+    const double* const y = g.YData(2).data();
+    const auto bytes = g.CapacityBytes();
+    EXPECT_EQ(bytes, 3U * 20000U * sizeof(double));
+    for (int length = 2000; length <= 20000; length += 1000) g.Lengthen(1000);
+    EXPECT_EQ(g.NumPoints(), 20000);
+    EXPECT_EQ(g.XData().data(), x);
+    EXPECT_EQ(g.YData(2).data(), y);
+    EXPECT_EQ(g.CapacityBytes(), bytes);
+    EXPECT_EQ(g.X(1000), 4);
+    EXPECT_EQ(g.Y(2, 1000), 5);
+    EXPECT_TRUE(std::isnan(g.Y(1, 20000)));
+    g.Reserve(-1);  // and less than there is: nothing to do
+    EXPECT_EQ(g.CapacityBytes(), bytes);
+}
+
 }  // namespace
 }  // namespace marisonde

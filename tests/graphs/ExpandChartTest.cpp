@@ -70,6 +70,33 @@ TEST_F(ExpandChartTest, UnusedSecondaryGroupIsLeftAlone) {
     EXPECT_EQ(secondary.X(1), 1);
 }
 
+TEST_F(ExpandChartTest, ExpectedPointsFindTheirRoomUpToTheLimit) {
+    plot.SetupChartForInstrument(InstTypeCode::LTidal);
+    plot.MaxGraphPoints = 1500;
+    plot.ExpectPoints(90000);
+    // X and three series in each group; the arrays stop at 2000 points.
+    EXPECT_EQ(primary.CapacityBytes(), 4U * 2000U * sizeof(double));
+    EXPECT_EQ(secondary.CapacityBytes(), 4U * 2000U * sizeof(double));
+    EXPECT_EQ(primary.NumPoints(), 1000);
+    const double* const x = primary.XData().data();
+    PlotMany(2000);
+    EXPECT_EQ(primary.NumPoints(), 2000);
+    EXPECT_EQ(secondary.LastPoint(), 2000);
+    EXPECT_EQ(primary.XData().data(), x);
+    EXPECT_EQ(primary.X(2000), (SampleAt(1999).Time - kStart) / 0.0006944444444444445);
+}
+
+TEST_F(ExpandChartTest, RoomIsMadeInWholeSteps) {
+    plot.SetupChartForInstrument(InstTypeCode::Delph2);
+    const auto unused = secondary.CapacityBytes();
+    plot.ExpectPoints(4001);
+    const auto arrays = static_cast<std::size_t>(primary.NumSeries()) + 1;
+    EXPECT_EQ(primary.CapacityBytes(), arrays * 5000U * sizeof(double));
+    plot.ExpectPoints(-1);
+    EXPECT_EQ(primary.CapacityBytes(), arrays * 5000U * sizeof(double));
+    EXPECT_EQ(secondary.CapacityBytes(), unused);
+}
+
 TEST_F(ExpandChartTest, PreferenceOutsideItsRangeIsHeldToIt) {
     Fill(1000);
     int index = 1001;
