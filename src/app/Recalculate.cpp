@@ -88,6 +88,15 @@ void RecalculateWindow(DataWindow& window) {
     }
 }
 
+void ReplotWindow(DataWindow& window) {
+    if (window.Stored.IsShown())
+        StartReload(window);
+    else if (window.Plot.PlotIndex() > 1 && window.CanReplot())
+        StartReplot(window);
+    else if (window.Plot.PlotIndex() > 1)
+        window.StatusLine = NotRecorded(window);
+}
+
 void RecalculateAllWindows(AppContext& app) {
     for (DataWindow* const window : app.windows) {
         if (window == nullptr) continue;

@@ -17,4 +17,8 @@ void RecalculateAllWindows(AppContext& app);
 /// sample is lost.
 void RecalculateWindow(DataWindow& window);
 
+/// To be called when another form of the values is to be plotted: shows the samples again, those of a
+/// calibrated file too, for it holds both forms.
+void ReplotWindow(DataWindow& window);
+
 }  // namespace marisonde

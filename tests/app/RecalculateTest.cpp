@@ -55,6 +55,24 @@ TEST_F(RecalculateTest, RawFileIsShownAsIfOpenedWithTheNewValues) {
     EXPECT_EQ(after, PointsOf(Showing(cast, Model::Corvane6, false)));
 }
 
+TEST_F(RecalculateTest, TheOtherFormOfTheValuesIsThatOfTheFileOpenedWithIt) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    for (const bool calibrated : {false, true}) {
+        DataWindow& window = Showing(cast, Model::Corvane6, calibrated);
+        const auto corrected = PointsOf(window);
+        ASSERT_TRUE(window.Plot.SetSigmaOption(SigmaChoice::NoSigma));
+        ReplotWindow(window);
+        Settle();
+        const auto uncorrected = PointsOf(window);
+        EXPECT_NE(uncorrected, corrected);
+        EXPECT_EQ(uncorrected.size(), corrected.size());
+        ASSERT_TRUE(window.Plot.SetSigmaOption(SigmaChoice::SigmaCorrect));
+        ReplotWindow(window);
+        Settle();
+        EXPECT_EQ(PointsOf(window), corrected);
+    }
+}
+
 TEST_F(RecalculateTest, TheSameGroupIsShownWithoutAsking) {
     std::string text = "[Header]\r\nFileType=raw\r\nDeviceType=Corvane-6\r\n[EndHeader]\r\n";
     const Cast cast = Record(Model::Corvane6, "cast", {}, std::chrono::seconds(10));

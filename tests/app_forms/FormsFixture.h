@@ -47,7 +47,7 @@ class FormsFixture : public testing::Test {
         const auto path = folder / ("instrument" + std::to_string(app.FirstFreeWindow()) + ".cal");
         TestFolder::Write(path, cal);
         MainForm* const form =
-            shell->NewWindow(std::make_unique<SimulatedLine>(std::move(instrument), clock));
+            shell->NewWindow(Cable(std::make_unique<SimulatedLine>(std::move(instrument), clock)));
         DataWindow& window = form->Window();
         EXPECT_TRUE(window.LoadCalIntoWindow(path.string()));
         EXPECT_EQ(window.OpenWithoutQuery(window.Index() + 1, 19200, static_cast<InstTypeCode>(model)), "");
@@ -55,6 +55,9 @@ class FormsFixture : public testing::Test {
         form->InstrumentChanged();
         return Shown(form);
     }
+
+    /// What lies between an instrument and its window.
+    virtual std::unique_ptr<SerialLine> Cable(std::unique_ptr<SerialLine> line) { return line; }
 
     /// Lets this time pass in all windows.
     void Run(Millis time) {

@@ -33,7 +33,7 @@ class PicturesTest : public FormsFixture, public testing::WithParamInterface<con
         QApplication::setPalette(before);
     }
 
-    static QString Folder() { return QString("pictures/") + GetParam(); }
+    static QString Folder() { return QCoreApplication::applicationDirPath() + "/pictures/" + GetParam(); }
 
     /// A window that shows a minute of samples.
     MainForm* AMinute(simulator::Model model) {

@@ -2,6 +2,7 @@
 
 #include "app/ChannelDetails.h"
 #include "app/DataWindow.h"
+#include "app/Recalculate.h"
 #include "app/forms/ChannelPanel.h"
 #include "app/forms/FormHelpers.h"
 #include "graphs/ChannelOnOff.h"
@@ -70,7 +71,7 @@ void ChannelCommands::ChannelOnOffCommand(int box, bool on) {
 }
 
 void ChannelCommands::SetSigmaOption(SigmaChoice choice) {
-    window_.Plot.SetSigmaOption(choice);
+    if (window_.Plot.SetSigmaOption(choice)) ReplotWindow(window_);
     window_.App().prefs.Sigma = choice == SigmaChoice::SigmaCorrect;
 }
 
