@@ -1,6 +1,7 @@
 #include <QAction>
 #include <QFileDialog>
 #include <QPushButton>
+#include <ostream>
 #include <vector>
 
 #include "app/forms/FileCommands.h"
@@ -38,6 +39,11 @@ struct Row {
     int newWindows = 0;
     bool enabled = true;  ///< false: the item cannot be chosen in this state
 };
+
+void PrintTo(const Row& row, std::ostream* out) {
+    *out << row.item << " in state " << static_cast<int>(row.state);
+    for (const Answered& answered : row.questions) *out << ", " << answered.button;
+}
 
 const std::string kReplace =
     "There is already an active connection in this window.  Do you wish to replace the current connection in "
@@ -109,7 +115,7 @@ const std::vector<Row>& Rows() {
         {State::NoPort, "Start_Stop_menu", {}, nullptr, "", false, false, 0, false},
         {State::LoadedRaw, "Start_Stop_menu", {}, nullptr, "", false, false, 0, false},
         {State::Asleep, "Start_Stop_menu", {}, nullptr, "", true, true, 0, false},
-        {State::Stopped, "Start_Stop_menu", {}, nullptr, "START\r", true, true},
+        {State::Stopped, "Start_Stop_menu", {}, nullptr, "START,0\r", true, true},
         {State::Sampling, "Start_Stop_menu", {}, nullptr, "STOP\r", true, true},
         {State::Stopped, "Sleep_menu", {}, nullptr, "SLEEP\r", true, true},
         {State::NoPort, "Sleep_menu", {}, nullptr, "", false, false, 0, false},
@@ -252,7 +258,7 @@ class CommandTableTest : public FormsFixture, public testing::WithParamInterface
             case State::ChangedCal: {
                 MainForm* const form = Empty();
                 EXPECT_TRUE(form->Window().LoadCalIntoWindow(Cal().string()));
-                form->Window().Link.CalData.EditChannel(0).beta2bb = 2;
+                form->Window().Link.CalData.ChangedItems = CalItems::Mu;
                 return form;
             }
             default:

@@ -93,7 +93,7 @@ TEST_F(FileCommandsTest, OpeningShowsTheFile) {
     EXPECT_EQ(Text(form, "StatusLine"), "two words.dat: 12 points");
     EXPECT_TRUE(form->findChild<QLabel*>("StatusLine")->isVisible());
     EXPECT_FALSE(form->findChild<QProgressBar*>("LoadProgress")->isVisible());
-    EXPECT_NE(Text(form, "DataPath").find("Data from"), std::string::npos);
+    EXPECT_NE(Text(form, "DataPath").find(">Data"), std::string::npos);
     EXPECT_TRUE(Item(form, "CloseFile_menu")->isEnabled());
     QTest::mouseClick(form->findChild<QPushButton*>("HideStatusLine"), Qt::LeftButton);
     Run(kTick);
