@@ -40,8 +40,8 @@ FileError LineReader::Open(const std::filesystem::path& path, std::uint64_t most
     std::error_code unknown;
     const auto size = std::filesystem::file_size(path, unknown);
     if (!unknown) size_ = std::min<std::uint64_t>(size, most);
-    buffer_.resize(kBlock + kLongestLine);
-    at_ = end_ = buffer_.data();
+    buffer_ = std::make_unique_for_overwrite<char[]>(kBlock + kLongestLine);
+    at_ = end_ = buffer_.get();
     atEnd_ = false;
     Fill();
     // A folder opens like a file on some systems and fails only when read.
@@ -90,16 +90,16 @@ void LineReader::TakeEnd(const char* end) {
 void LineReader::Fill() {
     base_ += Offset(at_);
     const auto kept = static_cast<std::size_t>(end_ - at_);
-    std::memmove(buffer_.data(), at_, kept);
+    std::memmove(buffer_.get(), at_, kept);
     errno = 0;
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(kBlock, left_));
-    const std::size_t read = std::fread(buffer_.data() + kept, 1, wanted, handle_.get());
+    const std::size_t read = std::fread(buffer_.get() + kept, 1, wanted, handle_.get());
     left_ -= read;
     if (read < kBlock) {
         atEnd_ = true;
         if (std::ferror(handle_.get()) != 0) error_ = SystemError(errno);
     }
-    at_ = buffer_.data();
+    at_ = buffer_.get();
     end_ = at_ + kept + read;
     nextCr_ = nextLf_ = nullptr;
     if (dropLf_ && at_ != end_) {

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "files/OutputFile.h"
 
@@ -50,7 +49,7 @@ class LineReader {
         void operator()(std::FILE* handle) const { std::fclose(handle); }
     };
     [[nodiscard]] std::uint64_t Offset(const char* place) const {
-        return static_cast<std::uint64_t>(place - buffer_.data());
+        return static_cast<std::uint64_t>(place - buffer_.get());
     }
     const char* FindEnd();
     void TakeEnd(const char* end);
@@ -58,9 +57,9 @@ class LineReader {
     void DropRestOfLine();
 
     std::unique_ptr<std::FILE, CloseHandle> handle_;
-    std::vector<char> buffer_;
-    const char* at_ = nullptr;      ///< first byte not yet given
-    const char* end_ = nullptr;     ///< behind the last byte read
+    std::unique_ptr<char[]> buffer_;  ///< not cleared: of a small file only its first pages are ever touched
+    const char* at_ = nullptr;        ///< first byte not yet given
+    const char* end_ = nullptr;       ///< behind the last byte read
     const char* nextCr_ = nullptr;  ///< where the next CR stands if at or behind at_; end_ when there is none
     const char* nextLf_ = nullptr;
     std::uint64_t base_ = 0;  ///< place in the file of the first byte of the buffer

@@ -126,6 +126,8 @@ void LivePlot::StoreCoordinates(const CalibratedSample& sample) {
 template <class Values>
 void LivePlot::StoreChannels(const CalibratedSample& sample, const Values& values) {
     const bool zeroIsNoData = PlotYType == PlotType::NormalizedSignal;
+    ChartGroup& group = Primary();
+    DataLimits limits = newData_;
     for (int channel = 0; channel < 8; ++channel) {
         const auto i = static_cast<std::size_t>(channel);
         if (!sample.Valid[i]) {
@@ -133,9 +135,11 @@ void LivePlot::StoreChannels(const CalibratedSample& sample, const Values& value
             continue;
         }
         const double value = values[i];
-        Store(Primary(), channel + 1, value);
+        group.SetY(channel + 1, plotIndex_, value);
+        if (group.Display(channel + 1) != SeriesDisplay::Kept) limits.Include(value);
         SetBox(channel, zeroIsNoData && value == 0 ? BoxContent::NoData : BoxContent::Value, value);
     }
+    newData_ = limits;
 }
 
 // Which values are plotted is asked once for all channels: a stored cast has many samples.
