@@ -59,9 +59,10 @@ function(marisonde_library name folder)
   _marisonde_warnings(${name})
 endfunction()
 
-# marisonde_test(<folder> DEPS <targets>...): the program <folder>_tests of tests/<folder>/*.cpp.
+# marisonde_test(<folder> [PRECOMPILED <header>] DEPS <targets>...): the program <folder>_tests of
+# tests/<folder>/*.cpp. Tests are built once and run once: what they cost is their compiling.
 function(marisonde_test folder)
-  cmake_parse_arguments(ARG "QT" "MAIN" "DEPS" ${ARGN})
+  cmake_parse_arguments(ARG "QT" "PRECOMPILED" "DEPS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
   if(NOT sources)
     return()
@@ -74,6 +75,12 @@ function(marisonde_test folder)
   endif()
   if(ARG_QT)
     set_target_properties(${name}_tests PROPERTIES AUTOMOC ON)
+  endif()
+  if(ARG_PRECOMPILED)
+    target_precompile_headers(${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/${ARG_PRECOMPILED})
+  endif()
+  if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    target_compile_options(${name}_tests PRIVATE -O1)
   endif()
   _marisonde_warnings(${name}_tests)
   gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60

@@ -131,7 +131,7 @@ class DataWindow {
     Dialogs& dialogs_;
     std::optional<Converter> converter_;  ///< of CalData while CalReady; none before
     RecordedInstrument recorded_;
-    std::string line_;                    ///< the queued line at hand
+    std::string line_;  ///< the queued line at hand
     /// Live samples that wait while those before them are read again.
     struct Held {
         int logged = 0;  ///< queued lines that the log at hand holds already
