@@ -210,8 +210,7 @@ bool DataWindow::LoadCalIntoWindow(const std::string& path) {
 }
 
 void DataWindow::UseCalibration(const CalibrationDataClass& cal) {
-    const CalibrationDataClass taken = cal;  // it may be the window's own
-    Link.CalData = taken;
+    Link.CalData = cal;
     Link.State.InstType = Link.CalData.InstType;
     Link.State.CalReady = true;
     ShowCalibration();
