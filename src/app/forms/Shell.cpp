@@ -33,10 +33,10 @@ MainForm* Shell::NewWindow() {
 MainForm* Shell::NewWindow(std::unique_ptr<SerialLine> line) {
     if (app_.FirstFreeWindow() == kMaxWindows) return nullptr;
     auto* form = new MainForm(*this, std::move(line));
-    forms_.emplace_back(form);
+    forms_.push_back(form);
     // A closed window leaves its slot when it is deleted.
     connect(form, &QObject::destroyed, this, [this, form] {
-        std::erase_if(forms_, [form](const QPointer<MainForm>& known) { return !known || known == form; });
+        std::erase(forms_, form);
         WatchSleep();
         BuildWindowMenu();
     });
@@ -58,10 +58,7 @@ void Shell::WatchSleep() {
 }
 
 std::vector<MainForm*> Shell::Windows() const {
-    std::vector<MainForm*> windows;
-    for (const QPointer<MainForm>& form : forms_)
-        if (form) windows.push_back(form.data());
-    return windows;
+    return forms_;
 }
 
 void Shell::ExitCommand(MainForm* first) {
@@ -90,7 +87,7 @@ bool Shell::Exiting() const {
 }
 
 void Shell::WindowClosed(MainForm* form) {
-    std::erase_if(forms_, [form](const QPointer<MainForm>& known) { return !known || known == form; });
+    std::erase(forms_, form);
     if (!forms_.empty()) return;
     SavePreferences(app_.settings, app_.prefs);
     SaveSigmaParams(app_.settings, app_.sigma);

@@ -51,7 +51,7 @@ class Shell final : public QObject {
   private:
     AppContext& app_;
     Pump& pump_;
-    std::vector<QPointer<MainForm>> forms_;
+    std::vector<MainForm*> forms_;  ///< the open ones; each takes itself out when it goes
     KeepAwake awake_;
     QTimer nextTurn_;  ///< turns the pump for work at hand, as soon as the event loop has seen to the rest
     Operations operations_;

@@ -46,6 +46,7 @@ void WindowsMenu::AddEntry(const WindowMenuEntry& entry) {
     if (!child) text = QString("&%1 %2").arg(QString::number(number), text.trimmed());
     QAction* item = menu_->addAction(text, this, [this, entry] {
         // The menu may be built anew by what is shown, and the item with it.
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
         const WindowMenuEntry chosen = entry;
         SelectWindowFromWindowsMenu(shell_.App(), chosen);
     });
