@@ -103,6 +103,18 @@ class FilesFixture : public WindowFixture {
         return asked.first + "|" + asked.second + "|" + asked.third;
     }
 
+    /// A raw file of so many samples, all the same.
+    std::string RawOf(int samples, const std::string& name = "many.raw") {
+        const Cast cast = Record(simulator::Model::Corvane6, "one", {}, std::chrono::seconds(5));
+        const std::string text = TestFolder::Read(cast.raw);
+        const std::string data = BehindHeader(text, "[EndHeader]");
+        const std::size_t begin = data.find("*T");
+        const std::string line = data.substr(begin, data.find("\r\n", begin) + 2 - begin);
+        std::string many = text.substr(0, text.size() - data.size());
+        for (int i = 0; i < samples; ++i) many += line;
+        TestFolder::Write(folder / name, many);
+        return (folder / name).string();
+    }
     /// X and Y of every drawn point of the chart; gaps, which equal nothing, as a number that no point has.
     static std::vector<std::vector<double>> PointsOf(DataWindow& window) {
         std::vector<std::vector<double>> points;

@@ -74,17 +74,11 @@ TEST_F(RecalculateTest, TheOtherFormOfTheValuesIsThatOfTheFileOpenedWithIt) {
 }
 
 TEST_F(RecalculateTest, TheSameGroupIsShownWithoutAsking) {
-    std::string text = "[Header]\r\nFileType=raw\r\nDeviceType=Corvane-6\r\n[EndHeader]\r\n";
-    const Cast cast = Record(Model::Corvane6, "cast", {}, std::chrono::seconds(10));
-    const std::string data = BehindHeader(TestFolder::Read(cast.raw), "[EndHeader]");
-    const std::size_t begin = data.find("*T");
-    const std::string line = data.substr(begin, data.find("\r\n", begin) + 2 - begin);
-    for (int i = 0; i < 2500; ++i) text += line;
-    TestFolder::Write(folder / "many.raw", text);
+    const std::string raw = RawOf(2500);
     DataWindow& window = WithCal(Model::Corvane6);
     window.Plot.MaxGraphPoints = 1000;
     dialogs.answers = {Choice::First, Choice::Second};
-    StartLoad(window, {folder / "many.raw", "raw", InstTypeCode::Corvane6, ""});
+    StartLoad(window, {raw, "raw", InstTypeCode::Corvane6, ""});
     Settle();
     ASSERT_EQ(Asked().size(), 2U);
     ASSERT_EQ(window.Stored.group, 1);

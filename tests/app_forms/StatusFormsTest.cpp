@@ -6,6 +6,7 @@
 #include "app/forms/StatusItems.h"
 #include "app_forms/FormsFixture.h"
 #include "platform/KeepAwake.h"
+#include "support/NotingInhibitor.h"
 
 namespace marisonde {
 namespace {
@@ -165,16 +166,6 @@ TEST_F(StatusFormsTest, TheStatusDialogShowsTheInstrument) {
     Say(form, InstStateCode::Sleeping);
     EXPECT_EQ(box("Status_Box"), "Sleeping") << "it follows the instrument";
 }
-
-class NotingInhibitor final : public SleepInhibitor {
-  public:
-    explicit NotingInhibitor(std::string& notes) : notes_(notes) {}
-    void Hold() override { notes_ += "hold "; }
-    void Release() override { notes_ += "release "; }
-
-  private:
-    std::string& notes_;
-};
 
 TEST_F(StatusFormsTest, TheComputerStaysAwakeWhileAnyInstrumentSamples) {
     std::string notes;

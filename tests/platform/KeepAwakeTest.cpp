@@ -2,19 +2,10 @@
 #include <string>
 
 #include "platform/KeepAwake.h"
+#include "support/NotingInhibitor.h"
 
 namespace marisonde {
 namespace {
-
-class NotingInhibitor final : public SleepInhibitor {
-  public:
-    explicit NotingInhibitor(std::string& notes) : notes_(notes) {}
-    void Hold() override { notes_ += "hold "; }
-    void Release() override { notes_ += "release "; }
-
-  private:
-    std::string& notes_;
-};
 
 TEST(KeepAwakeTest, TheInhibitorHearsOfChangesOnly) {
     std::string notes;
