@@ -1,22 +1,15 @@
 // Calibration files that cannot be read or written.
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <random>
 #include <string>
 
-#include "calibration/CalibrationDataClass.h"
+#include "CalFixture.h"
+#include "support/TestFolder.h"
 
 namespace marisonde {
 namespace {
 
 namespace fs = std::filesystem;
-using Cal = CalibrationDataClass;
-
-SigmaParams FixedModel() {
-    SigmaParams params;
-    params.aStarValue = 0.05;
-    return params;
-}
 
 /// A calibration with edits that no file has yet.
 Cal Changed() {
@@ -29,13 +22,7 @@ Cal Changed() {
 
 class CalFileErrors : public testing::Test {
   protected:
-    CalFileErrors()
-        : folder_(fs::temp_directory_path() / ("calErrors" + std::to_string(std::random_device{}()))) {
-        fs::create_directories(folder_);
-    }
-    ~CalFileErrors() override { fs::remove_all(folder_); }
-
-    fs::path folder_;
+    TestFolder folder_;
 };
 
 TEST_F(CalFileErrors, AMissingFileFailsInSilence) {
@@ -51,13 +38,13 @@ TEST_F(CalFileErrors, AMissingFileFailsInSilence) {
 TEST_F(CalFileErrors, AFileThatCannotBeReadSaysWhy) {
     Cal cal = Changed();
     cal.NoteSource("before");
-    const auto result = cal.LoadSourceFile(folder_, FixedModel(), {});
+    const auto result = cal.LoadSourceFile(folder_.Path(), FixedModel(), {});
     EXPECT_FALSE(result.ok);
-    EXPECT_EQ(result.error, "Error opening file: Is a directory.\r" + folder_.string());
+    EXPECT_EQ(result.error, "Error opening file: Is a directory.\r" + folder_.Path().string());
     EXPECT_EQ(cal.SourceFile(), "before");
     EXPECT_EQ(cal.InstType, InstTypeCode::Unknown);  // nothing of the calibration before is left
     EXPECT_EQ(cal.Label, "");
-    EXPECT_EQ(GetCalFileType(folder_).error, "Error opening cal file: Is a directory.");
+    EXPECT_EQ(GetCalFileType(folder_.Path()).error, "Error opening cal file: Is a directory.");
 }
 
 TEST_F(CalFileErrors, AFailedSaveKeepsWhatIsKnownAsChanged) {

@@ -2,12 +2,13 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 
+#include "CalFixture.h"
 #include "calibration/CalImage.h"
 #include "common/ConversionUtils.h"
+#include "support/TestFolder.h"
 
 namespace marisonde {
 namespace {
@@ -163,10 +164,10 @@ TEST(CalImage, OnlyTidalImagesAreTold) {
 }
 
 TEST(CalImage, FilesOf128Bytes) {
-    const fs::path path = fs::temp_directory_path() / "marisonde_image_test.cal";
-    std::ofstream(path, std::ios::binary) << Full().str();
-    SigmaParams params;
-    params.aStarValue = 0.05;
+    const TestFolder folder;
+    const fs::path path = folder / "image.cal";
+    TestFolder::Write(path, Full().str());
+    const SigmaParams params = FixedModel();
     CalibrationDataClass direct;
     EXPECT_TRUE(ReadCalImage(path, direct, params, {}).ok);
     EXPECT_NE(direct.Channel(0).a, 0);
@@ -180,7 +181,7 @@ TEST(CalImage, FilesOf128Bytes) {
     // 128 characters of ordinary text are text.
     std::string text = "[General]\r\nSerial=CV4-1\r\n";
     text.resize(kCalImageSize, '/');
-    std::ofstream(path, std::ios::binary) << text;
+    TestFolder::Write(path, text);
     EXPECT_TRUE(loaded.LoadSourceFile(path, params, {}).ok);
     EXPECT_EQ(loaded.InstType, InstTypeCode::Corvane4);
     fs::remove(path);

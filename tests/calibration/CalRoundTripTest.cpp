@@ -1,27 +1,15 @@
 // Calibration text of every model through load, save and load.
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 
+#include "CalFixture.h"
 #include "calibration/CalImage.h"
-#include "calibration/CalibrationDataClass.h"
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
 
 namespace marisonde {
 namespace {
-
-namespace fs = std::filesystem;
-using Cal = CalibrationDataClass;
-
-SigmaParams FixedModel() {
-    SigmaParams params;
-    params.aStarValue = 0.05;
-    return params;
-}
 
 // --- load, save, load ---------------------------------------------------------------------------------
 

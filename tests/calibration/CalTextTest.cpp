@@ -3,21 +3,13 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "CalFixture.h"
 #include "calibration/CalImage.h"
 #include "calibration/CalLine.h"
-#include "calibration/CalibrationDataClass.h"
 #include "common/ConversionUtils.h"
 
 namespace marisonde {
 namespace {
-
-using Cal = CalibrationDataClass;
-
-SigmaParams FixedModel() {
-    SigmaParams params;
-    params.aStarValue = 0.05;
-    return params;
-}
 
 Cal Parsed(std::string_view text) {
     Cal cal;

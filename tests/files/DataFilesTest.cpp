@@ -2,13 +2,11 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <random>
 #include <set>
 #include <string>
-#include <system_error>
 #include <vector>
 
+#include "FileFixture.h"
 #include "files/DataFiles.h"
 #include "support/FailingOutputFile.h"
 
@@ -20,11 +18,6 @@ namespace fs = std::filesystem;
 constexpr auto kRaw = DataFileKind::Raw;
 constexpr auto kDat = DataFileKind::Dat;
 
-std::string TextOf(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 CalibratedSample SampleAt(double time) {
     CalibratedSample sample;
     sample.Time = time;
@@ -32,36 +25,21 @@ CalibratedSample SampleAt(double time) {
     return sample;
 }
 
-/// Real files in a folder that is gone when the test ends.
-class DataFilesTest : public testing::Test {
+class DataFilesTest : public FileFixture {
   protected:
-    DataFilesTest()
-        : folder_(fs::temp_directory_path() / ("marisonde-data-" + std::to_string(std::random_device{}()))) {
+    DataFilesTest() {
         fs::create_directories(Temporary());
         fs::create_directories(User());
     }
-    ~DataFilesTest() override {
-        std::error_code passedOver;
-        fs::remove_all(folder_, passedOver);
-    }
-    [[nodiscard]] fs::path Temporary() const { return folder_ / "temporary"; }
-    [[nodiscard]] fs::path User() const { return folder_ / "user.data"; }
+    [[nodiscard]] fs::path Temporary() const { return In("temporary"); }
+    [[nodiscard]] fs::path User() const { return In("user.data"); }
     [[nodiscard]] DataFilesRequest Both() const {
         return {Temporary(), {}, "raw header\r\n", "dat header\r\n"};
-    }
-    [[nodiscard]] static std::set<std::string> NamesIn(const fs::path& folder) {
-        std::set<std::string> names;
-        for (const auto& entry : fs::directory_iterator(folder))
-            names.insert(entry.path().filename().string());
-        return names;
     }
     /// A sample of a model whose line is time and depth alone.
     static std::optional<DataFileTrouble> WriteTimeOf(DataFiles& files, double time, Millis now) {
         return files.WriteSample(SampleAt(time), InstTypeCode::XTidal, false, now);
     }
-
-  private:
-    fs::path folder_;
 };
 
 TEST_F(DataFilesTest, NamesCarryTheWindowNumberAndTheExtension) {
@@ -80,8 +58,8 @@ TEST_F(DataFilesTest, UnnamedFilesAreOnlyTheTemporaryOnes) {
     EXPECT_EQ(files.State().datTemporary, Temporary() / "0.dat");
     EXPECT_TRUE(files.State().rawFinal.empty());
     EXPECT_TRUE(files.State().datFinal.empty());
-    EXPECT_EQ(NamesIn(Temporary()), (std::set<std::string>{"0.raw", "0.dat"}));
-    EXPECT_TRUE(NamesIn(User()).empty());
+    EXPECT_EQ(TestFolder::Names(Temporary()), (std::set<std::string>{"0.raw", "0.dat"}));
+    EXPECT_TRUE(TestFolder::Names(User()).empty());
     EXPECT_EQ(TextOf(Temporary() / "0.raw"), "raw header\r\n");
     EXPECT_EQ(TextOf(Temporary() / "0.dat"), "dat header\r\n");
 }
@@ -94,8 +72,8 @@ TEST_F(DataFilesTest, NamedFilesAreStillWrittenToTheTemporaryOnes) {
     EXPECT_FALSE(files.State().stillToBeNamed);
     EXPECT_EQ(files.State().rawFinal, User() / "cast.raw");
     EXPECT_EQ(files.State().datFinal, User() / "cast.dat");
-    EXPECT_EQ(NamesIn(Temporary()), (std::set<std::string>{"3.raw", "3.dat"}));
-    EXPECT_TRUE(NamesIn(User()).empty());
+    EXPECT_EQ(TestFolder::Names(Temporary()), (std::set<std::string>{"3.raw", "3.dat"}));
+    EXPECT_TRUE(TestFolder::Names(User()).empty());
 }
 
 TEST_F(DataFilesTest, OnlyTheWantedFilesAreOpened) {
@@ -115,7 +93,7 @@ TEST_F(DataFilesTest, OnlyTheWantedFilesAreOpened) {
     EXPECT_TRUE(files.OpenDataFiles(rawOnly).empty());
     EXPECT_TRUE(files.IsOpen(kRaw));
     EXPECT_FALSE(files.IsOpen(kDat));
-    EXPECT_EQ(NamesIn(Temporary()), std::set<std::string>{"1.raw"});
+    EXPECT_EQ(TestFolder::Names(Temporary()), std::set<std::string>{"1.raw"});
 }
 
 TEST_F(DataFilesTest, TwoWindowsNeverShareAFile) {
@@ -125,7 +103,7 @@ TEST_F(DataFilesTest, TwoWindowsNeverShareAFile) {
         ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
         EXPECT_FALSE(files.WriteRaw("window " + std::to_string(window), Millis(0)));
     }
-    EXPECT_EQ(NamesIn(Temporary()).size(), 12U);
+    EXPECT_EQ(TestFolder::Names(Temporary()).size(), 12U);
     for (int window = 0; window < 6; ++window) {
         DataFiles& files = windows[static_cast<std::size_t>(window)];
         const fs::path path = files.State().rawTemporary;
@@ -184,7 +162,7 @@ TEST_F(DataFilesTest, ClosingDeletesTheTemporaryFilesAndForgetsThePaths) {
     ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
     files.WriteRaw("data", Millis(0));
     EXPECT_TRUE(files.CloseDataFiles(false).empty());
-    EXPECT_TRUE(NamesIn(Temporary()).empty());
+    EXPECT_TRUE(TestFolder::Names(Temporary()).empty());
     EXPECT_TRUE(files.State().rawTemporary.empty());
     EXPECT_TRUE(files.State().datTemporary.empty());
     EXPECT_FALSE(files.State().stillToBeNamed);
@@ -219,9 +197,9 @@ TEST_F(DataFilesTest, SavingCopiesAndWritingGoesOnInTheTemporaryFile) {
     EXPECT_EQ(TextOf(User() / "cast.raw"), "raw header\r\none\r\n");
     EXPECT_FALSE(files.SaveCopy(kRaw, User() / "cast.raw"));
     EXPECT_EQ(TextOf(User() / "cast.raw"), "raw header\r\none\r\ntwo\r\n");
-    EXPECT_EQ(NamesIn(User()), std::set<std::string>{"cast.raw"});
+    EXPECT_EQ(TestFolder::Names(User()), std::set<std::string>{"cast.raw"});
     EXPECT_TRUE(files.CloseDataFiles(false).empty());
-    EXPECT_EQ(NamesIn(User()), std::set<std::string>{"cast.raw"});
+    EXPECT_EQ(TestFolder::Names(User()), std::set<std::string>{"cast.raw"});
 }
 
 TEST_F(DataFilesTest, AFailedSaveChangesNothing) {
@@ -250,7 +228,7 @@ TEST_F(DataFilesTest, AFailedSaveLeavesAnEarlierFileOfThatNameAlone) {
     fs::create_directory(User() / "cast.raw");  // cannot be replaced by a file
     std::ofstream(User() / "cast.raw" / "inside") << "x";
     EXPECT_TRUE(files.SaveCopy(kRaw, User() / "cast.raw"));
-    EXPECT_EQ(NamesIn(User()), std::set<std::string>{"cast.raw"});
+    EXPECT_EQ(TestFolder::Names(User()), std::set<std::string>{"cast.raw"});
     EXPECT_EQ(TextOf(User() / "cast.raw" / "inside"), "x");
 }
 
@@ -284,14 +262,14 @@ TEST_F(DataFilesTest, AFileWithoutRoomForItsHeaderLeavesNothingBehind) {
     EXPECT_EQ(files.OpenDataFiles(Both()),
               std::vector<std::string>{"Error opening " + (Temporary() / "0.raw").string() + ": " +
                                        std::generic_category().message(ENOSPC) + "."});
-    EXPECT_EQ(NamesIn(Temporary()), std::set<std::string>{"0.dat"});
+    EXPECT_EQ(TestFolder::Names(Temporary()), std::set<std::string>{"0.dat"});
 }
 
 TEST_F(DataFilesTest, WhatCannotBeOpenedIsLeftAlone) {
     fs::create_directory(Temporary() / "0.raw");
     DataFiles files(0);
     EXPECT_EQ(files.OpenDataFiles(Both()).size(), 1U);
-    EXPECT_EQ(NamesIn(Temporary()), (std::set<std::string>{"0.raw", "0.dat"}));
+    EXPECT_EQ(TestFolder::Names(Temporary()), (std::set<std::string>{"0.raw", "0.dat"}));
 }
 
 TEST_F(DataFilesTest, ARemovedFolderIsReportedOnceAndDataComeOn) {

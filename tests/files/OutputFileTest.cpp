@@ -1,10 +1,9 @@
 #include <cerrno>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <random>
 #include <string>
 
+#include "FileFixture.h"
 #include "files/OutputFile.h"
 #include "support/FailingOutputFile.h"
 
@@ -13,26 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder that is gone when the test ends.
-class OutputFileTest : public testing::Test {
-  protected:
-    OutputFileTest()
-        : folder_(fs::temp_directory_path() / ("marisonde-file-" + std::to_string(std::random_device{}()))) {
-        fs::create_directory(folder_);
-    }
-    void TearDown() override {
-        std::error_code passedOver;
-        fs::remove_all(folder_, passedOver);
-    }
-    [[nodiscard]] fs::path In(const char* name) const { return folder_ / name; }
-    static std::string TextOf(const fs::path& path) {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-
-  private:
-    fs::path folder_;
-};
+using OutputFileTest = FileFixture;
 
 TEST_F(OutputFileTest, BytesReachTheFileUnchangedAfterFlush) {
     DiskFile file;

@@ -3,10 +3,10 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <limits>
-#include <random>
 
 #include "optics/SigmaParams.h"
 #include "support/ShareFolder.h"
+#include "support/TestFolder.h"
 
 namespace marisonde {
 namespace {
@@ -125,21 +125,17 @@ TEST(SigmaModel, MissingTablesSayWhatTheyWereNeededFor) {
 /// A program folder and a data folder, gone at the end of the test.
 class SigmaSettings : public testing::Test {
   protected:
-    SigmaSettings()
-        : root_(fs::temp_directory_path() / ("sigma" + std::to_string(std::random_device{}()))),
-          program_(root_ / "program"),
-          data_(root_ / "data") {
+    SigmaSettings() {
         fs::create_directories(program_);
         fs::create_directories(data_);
     }
-    ~SigmaSettings() override { fs::remove_all(root_); }
 
     static void WriteTable(const fs::path& path) { std::ofstream(path) << "400,2\n500,4\n"; }
     [[nodiscard]] SigmaParamsLoad Load() const { return LoadSigmaParams(settings_, program_, data_); }
 
-    fs::path root_;
-    fs::path program_;
-    fs::path data_;
+    TestFolder root_;
+    fs::path program_ = root_ / "program";
+    fs::path data_ = root_ / "data";
     MapSettings settings_;
 };
 

@@ -1,23 +1,36 @@
 #pragma once
 
-#include <QTemporaryDir>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <set>
 #include <string>
-
-#include "platform/Paths.h"
+#include <string_view>
+#include <system_error>
 
 namespace marisonde {
 
 /// A folder that is gone when the test ends, and small files in it.
 class TestFolder {
   public:
-    [[nodiscard]] std::filesystem::path Path() const { return PathFromText(folder_.path()); }
-    [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return Path() / name; }
+    TestFolder()
+        : path_(std::filesystem::temp_directory_path() /
+                ("marisonde-test-" + std::to_string(std::random_device{}()))) {
+        std::filesystem::create_directory(path_);
+    }
+    ~TestFolder() {
+        std::error_code passedOver;
+        std::filesystem::permissions(path_, std::filesystem::perms::owner_all, passedOver);
+        std::filesystem::remove_all(path_, passedOver);
+    }
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
 
-    static void Write(const std::filesystem::path& path, const std::string& text) {
+    [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
+    [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+    static void Write(const std::filesystem::path& path, std::string_view text) {
         std::filesystem::create_directories(path.parent_path());
         std::ofstream(path, std::ios::binary) << text;
     }
@@ -35,7 +48,7 @@ class TestFolder {
     }
 
   private:
-    QTemporaryDir folder_;
+    std::filesystem::path path_;
 };
 
 }  // namespace marisonde
