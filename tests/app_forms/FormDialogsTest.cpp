@@ -9,6 +9,7 @@
 #include "app/FileDialogs.h"
 #include "app/forms/FormDialogs.h"
 #include "platform/Operations.h"
+#include "platform/Paths.h"
 #include "support/TestFolder.h"
 
 namespace marisonde {

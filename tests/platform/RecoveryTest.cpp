@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 
+#include "platform/Paths.h"
 #include "platform/Recovery.h"
 #include "support/TestFolder.h"
 
