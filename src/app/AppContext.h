@@ -10,6 +10,7 @@
 #include "link/DataWindowState.h"
 #include "optics/PureWaterParams.h"
 #include "optics/SigmaParams.h"
+#include "platform/Recovery.h"
 
 namespace marisonde {
 
@@ -27,6 +28,7 @@ struct AppContext {
     PureWaterParams pureWater;
     LineScratch scratch;
     std::filesystem::path temporaryFolder;
+    SafePlaces safePlaces;   ///< for unsaved data of which nobody was asked
     int instanceNumber = 1;  ///< of this running copy; part of the names of temporary calibrations
     Ports* ports = nullptr;  ///< where windows connect; null only where nothing connects
     std::array<DataWindow*, kMaxWindows> windows{};

@@ -170,7 +170,6 @@ void Connector::OpenWithoutIdentifying() {
     if (error.empty()) {
         State().ConnectStage = 0;
         connectedOnce_ = true;
-        window_.TellWhatIsNotRecorded();
     } else {
         window_.Ask().ShowError(Behind(error, PortRemedy(window_.Link.Line().LastError(), Device(port))));
     }
@@ -221,7 +220,6 @@ QCoro::Task<> Connector::DoConnect(Operation& operation, bool search) {
             Update_Status();
             if (window_.OnInstrumentChanged) window_.OnInstrumentChanged();
             Form_Unload();
-            window_.TellWhatIsNotRecorded();
             co_return;
         }
         again = co_await AskTryAgain(operation);

@@ -61,6 +61,7 @@ void DataWindow::Tick() {
     }
     UpdateStatusDisplay(Link, false);
     WatchLine();
+    MakeWayForAnother();
     if (Stored.IsShown()) {
         // The user looks at a file: live samples wait in their queue.
     } else if (Link.State.TransferActive) {
@@ -169,19 +170,48 @@ bool DataWindow::RecordsWhatComes() const {
     return recorded_.SenderIn(Link.State) == RecordedInstrument::Sender::Same;
 }
 
-void DataWindow::TellWhatIsNotRecorded() {
-    if (Files.HasUnsavedData() && !RecordsWhatComes()) dialogs_.ShowError(NotRecordedText());
-}
-
 /// What an instrument is started for is recorded, unless its user has asked for nothing of the kind. New
-/// files would take the place of those that a full disk has ended, or of another instrument's: what these
-/// hold is worth more than what comes.
+/// files would take the place of those that a full disk has ended: what these hold is worth more than what
+/// comes.
 bool DataWindow::LogWhatIsStarted() {
     if (Link.State.CurrentCommand == "STARTNOLOG" || (Files.AnyOpen() && RecordsWhatComes())) return true;
-    if (Files.HasUnsavedData())
+    const bool inTheWay = Files.HasUnsavedData() && (RecordsWhatComes() || !SetAsideUnsaved());
+    if (inTheWay)
         dialogs_.ShowError(NotRecordedText());
     else
         OpenDataFiles("raw", Link.State.CalReady);
+    return true;
+}
+
+/// A cable was plugged into another instrument, and that one samples: its data get files of their own. Those
+/// of the one before are moved out of the way when nobody has saved them. A stored file stays on the graph
+/// as long as the user looks at it; the data wait.
+void DataWindow::MakeWayForAnother() {
+    const bool another = recorded_.SenderIn(Link.State) == RecordedInstrument::Sender::Other;
+    if (!another || Stored.IsShown() || Link.DataLineQueue.size() == 0) return;
+    const bool unsaved = Files.HasUnsavedData();
+    if (!unsaved && !Files.AnyOpen()) return;
+    if (unsaved && (inTheWay_ || !SetAsideUnsaved())) {
+        if (!inTheWay_) dialogs_.ShowError(NotRecordedText());
+        inTheWay_ = true;
+        return;
+    }
+    const std::string sent = recorded_.TakeOthers();
+    OpenDataFiles("raw", Link.State.CalReady);
+    Record(sent);
+}
+
+bool DataWindow::SetAsideUnsaved() {
+    RecoveryReport report;
+    const bool moved = Files.SetAside([&](const std::vector<std::filesystem::path>& files) {
+        RecoverFiles(files, app_.safePlaces, report);
+        return report.leftBehind.empty();
+    });
+    if (!moved) return false;
+    std::string text = "The data of " + recorded_.Name() + " were not saved yet.  They are kept in";
+    for (const std::filesystem::path& file : report.recovered) text += "\n" + file.string();
+    dialogs_.ShowError(text + "\nWhat " + Link.State.InstModelName + " " + Link.State.InstSerial +
+                       " sends is recorded in new files.");
     return true;
 }
 
@@ -268,6 +298,7 @@ void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::s
     if (wantDat) WriteDatHeader(request.datHeader, stamp, "", Link.CalData, app_.sigma, app_.pureWater);
     if (basePath.empty()) untitledNumber_ = ++app_.untitledFiles;
     recorded_.Opened(Link.State);
+    inTheWay_ = false;
     for (const std::string& error : Files.OpenDataFiles(request)) dialogs_.ShowError(error);
     const bool mayBeNamed = kind.empty() || kind == "raw";
     if (app_.prefs.NameFilesOnOpen && mayBeNamed && Files.State().stillToBeNamed && Files.AnyOpen() &&

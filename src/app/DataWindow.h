@@ -84,11 +84,9 @@ class DataWindow {
     [[nodiscard]] std::string LineLostText() const;
     /// Starts the temporary raw log, and the calibrated file beside it when a calibration is there.
     void OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath = "");
-    /// The open files are of the instrument that is connected. Another one's data are shown, never recorded
-    /// into them.
+    /// The open files are of the instrument that is connected. Another one's data are never recorded into
+    /// them.
     [[nodiscard]] bool RecordsWhatComes() const;
-    /// Says so after another instrument was connected, while there are unsaved data.
-    void TellWhatIsNotRecorded();
 
     /// Takes samples off the graph, and with them the file they came from. Live ones begin anew.
     void ClearShownData();
@@ -124,6 +122,8 @@ class DataWindow {
     void StoreSample();
     void WatchLine();
     bool LogWhatIsStarted();
+    void MakeWayForAnother();
+    bool SetAsideUnsaved();
     [[nodiscard]] std::string NotRecordedText() const;
     void Report(const DataFileTrouble& trouble);
 
@@ -143,6 +143,7 @@ class DataWindow {
     bool plottedUnlogged_ = false;  ///< the graph holds samples that no file has
     bool betaColumns_ = false;      ///< the calibrated file that was begun last has columns of beta
     bool lineLost_ = false;         ///< the vanished device has been reported
+    bool inTheWay_ = false;         ///< the user knows that another instrument's data are not recorded
     int untitledNumber_ = 0;
 };
 

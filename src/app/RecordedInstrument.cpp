@@ -8,6 +8,9 @@ namespace {
 
 /// An instrument is identified within seconds; more than this cannot wait for it.
 constexpr std::size_t kMostHeld = 1U << 20U;
+/// An hour and a half at the highest rate: another's data wait no longer than the user looks at a stored
+/// file.
+constexpr std::size_t kMostOfOthers = 64U << 20U;
 
 bool Differ(const std::string& a, const std::string& b) {
     return !a.empty() && !b.empty() && a != b;
@@ -19,6 +22,15 @@ void RecordedInstrument::Opened(const DataWindowState& state) {
     model_ = state.InstModelName;
     serial_ = state.InstSerial;
     held_.clear();
+    others_.clear();
+}
+
+std::string RecordedInstrument::Name() const {
+    return serial_.empty() ? model_ : model_ + " " + serial_;
+}
+
+std::string RecordedInstrument::TakeOthers() {
+    return std::exchange(others_, {});
 }
 
 RecordedInstrument::Sender RecordedInstrument::SenderIn(const DataWindowState& state) const {
@@ -31,9 +43,11 @@ RecordedInstrument::Sender RecordedInstrument::SenderIn(const DataWindowState& s
 std::string_view RecordedInstrument::Pass(std::string_view chunk, const DataWindowState& state) {
     switch (SenderIn(state)) {
         case Sender::Other:
+            if (others_.size() < kMostOfOthers) others_.append(held_).append(chunk);
             held_.clear();
             return {};
         case Sender::Unsure:
+            others_.clear();
             Hold(chunk, state);
             return {};
         case Sender::Same:

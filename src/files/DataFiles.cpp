@@ -121,6 +121,18 @@ std::vector<std::string> DataFiles::CloseDataFiles(bool keepTemporary) {
     return messages;
 }
 
+bool DataFiles::SetAside(const MoveFiles& move) {
+    std::vector<fs::path> files;
+    for (const DataFileKind kind : kKinds) {
+        if (Slot& slot = At(kind); slot.file) slot.file->Close();
+        if (!TemporaryPath(kind).empty()) files.push_back(TemporaryPath(kind));
+    }
+    if (!move(files)) return false;
+    slots_ = {};
+    state_ = {};
+    return true;
+}
+
 DataFileTrouble DataFiles::TroubleOf(DataFileKind kind, const FileError& error) {
     const fs::path& temporary = TemporaryPath(kind);
     const fs::path& named = FinalPath(kind);

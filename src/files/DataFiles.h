@@ -72,6 +72,11 @@ class DataFiles {
     /// Closes the files, deletes the temporary ones unless they are to be kept, and clears the paths. Returns
     /// the texts for the user: "Error closing files: REASON".
     std::vector<std::string> CloseDataFiles(bool keepTemporary);
+    /// Moves the temporary files, both or none; false when it could not.
+    using MoveFiles = std::function<bool(const std::vector<std::filesystem::path>&)>;
+    /// Closes the files, has the temporary ones moved, and clears the paths. When they cannot be moved the
+    /// files stay where they are, unsaved and off, as after an error.
+    bool SetAside(const MoveFiles& move);
 
     /// Adds a chunk to the raw log just as it came. Does nothing while the file is off. `now` is
     /// Clock::Steady. An error is returned once; from then on the file is off and keeps what it has.

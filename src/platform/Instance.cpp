@@ -111,7 +111,7 @@ void Instance::RecoverDead(const fs::path& root) {
             prevInstance_ = true;
             continue;
         }
-        RecoverFiles(FolderOf(root, number), recoveredFolder_, root / "recovered", recovered_);
+        RecoverFiles(FolderOf(root, number), {recoveredFolder_, root / "recovered"}, recovered_);
         std::error_code passedOver;
         fs::remove(FolderOf(root, number), passedOver);
         lock->unlock();

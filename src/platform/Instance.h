@@ -46,6 +46,8 @@ class Instance {
     /// The folder for temporary files. Made already, unless Problem tells why not.
     [[nodiscard]] const std::filesystem::path& Folder() const { return folder_; }
     [[nodiscard]] const RecoveryReport& Recovered() const { return recovered_; }
+    /// For data of this run that would be in the way of others.
+    [[nodiscard]] SafePlaces Safe() const { return {recoveredFolder_, root_ / "recovered"}; }
     /// Why there is no folder for temporary files; empty when all is well.
     [[nodiscard]] const std::string& Problem() const { return problem_; }
 

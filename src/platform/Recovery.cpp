@@ -60,6 +60,22 @@ QString MoveTo(const QDir& destination, const QFileInfo& file, const QDateTime& 
     return {};
 }
 
+void Recover(const QFileInfoList& files, const SafePlaces& places, RecoveryReport& report) {
+    const auto times = TimesByWindow(files);
+    for (const QFileInfo& file : files) {
+        if (file.size() == 0 && QFile::remove(file.filePath())) continue;
+        const QDateTime time = times.at(file.completeBaseName());
+        QString reason;
+        QString moved = MoveTo(QDir(places.best), file, time, reason);
+        QString secondReason;
+        if (moved.isEmpty()) moved = MoveTo(QDir(places.second), file, time, secondReason);
+        if (moved.isEmpty())
+            report.leftBehind.push_back({file.filesystemFilePath(), reason.toStdString()});
+        else
+            report.recovered.push_back(PathFromText(moved));
+    }
+}
+
 }  // namespace
 
 bool IsTemporaryDataName(std::string_view name) {
@@ -69,22 +85,15 @@ bool IsTemporaryDataName(std::string_view name) {
     return ending == ".raw" || ending == ".dat";
 }
 
-void RecoverFiles(const fs::path& folder, const fs::path& destination, const fs::path& secondBest,
-                  RecoveryReport& report) {
-    const QFileInfoList files = DataFilesOf(folder);
-    const auto times = TimesByWindow(files);
-    for (const QFileInfo& file : files) {
-        if (file.size() == 0 && QFile::remove(file.filePath())) continue;
-        const QDateTime time = times.at(file.completeBaseName());
-        QString reason;
-        QString moved = MoveTo(QDir(destination), file, time, reason);
-        QString secondReason;
-        if (moved.isEmpty()) moved = MoveTo(QDir(secondBest), file, time, secondReason);
-        if (moved.isEmpty())
-            report.leftBehind.push_back({file.filesystemFilePath(), reason.toStdString()});
-        else
-            report.recovered.push_back(PathFromText(moved));
-    }
+void RecoverFiles(const fs::path& folder, const SafePlaces& places, RecoveryReport& report) {
+    Recover(DataFilesOf(folder), places, report);
+}
+
+void RecoverFiles(const std::vector<fs::path>& files, const SafePlaces& places, RecoveryReport& report) {
+    QFileInfoList present;
+    for (const fs::path& file : files)
+        if (const QFileInfo info(file); info.isFile()) present.append(info);
+    Recover(present, places, report);
 }
 
 }  // namespace marisonde

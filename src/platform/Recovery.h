@@ -18,15 +18,22 @@ struct RecoveryReport {
     std::vector<LeftBehind> leftBehind;
 };
 
+/// Where data go that would be in somebody's way: `best`, made when needed, or, where that cannot take a
+/// file, for example on a full disk, `second` on the disk of the file.
+struct SafePlaces {
+    std::filesystem::path best;
+    std::filesystem::path second;
+};
+
 /// True for names of data files in the temporary folder: the number of a window and ".raw" or ".dat".
 bool IsTemporaryDataName(std::string_view name);
 
-/// Moves the data files of `folder` to `destination` (made when needed), under the time of their last change
-/// and their name: "2026-11-21 06-29-39 0.raw", both files of a window with the same time. Never replaces a
-/// file: a name that is taken gets " (2)" and so on. Where `destination` cannot take a file, for example on a
-/// full disk, `secondBest` on the disk of `folder` is tried. Empty files are deleted; other files stay.
-/// Appends to `report`.
-void RecoverFiles(const std::filesystem::path& folder, const std::filesystem::path& destination,
-                  const std::filesystem::path& secondBest, RecoveryReport& report);
+/// Moves the data files of `folder` to a safe place, under the time of their last change and their name:
+/// "2026-11-21 06-29-39 0.raw", both files of a window with the same time. Never replaces a file: a name that
+/// is taken gets " (2)" and so on. Empty files are deleted; other files stay. Appends to `report`.
+void RecoverFiles(const std::filesystem::path& folder, const SafePlaces& places, RecoveryReport& report);
+/// The same for these files; one that does not exist is passed over.
+void RecoverFiles(const std::vector<std::filesystem::path>& files, const SafePlaces& places,
+                  RecoveryReport& report);
 
 }  // namespace marisonde

@@ -28,6 +28,7 @@ class WindowFixture : public testing::Test {
         app.sigma = LoadSigmaParams(settings, folder.Path(), ShareFolder()).params;
         app.pureWater = LoadPureWaterParams(settings);
         app.temporaryFolder = folder.Path();
+        app.safePlaces = {folder / "recovered", folder / "recovered too"};
     }
 
     /// A window on a simulated instrument with its calibration loaded and its data files open.

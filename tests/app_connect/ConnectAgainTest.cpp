@@ -120,19 +120,87 @@ TEST_F(PulledCable, NothingOfAnotherModelGetsIntoTheFiles) {
     EXPECT_EQ(RawFile(), before);
     ASSERT_EQ(dialogs.errors.size(), 2u);
     EXPECT_EQ(dialogs.errors[1].substr(0, 45), "Another instrument (Fathom-2 FA070803) answer");
+}
 
-    // The user connects it after all: what it sends is shown, and recorded only once the data are safe.
-    connector->Form_Load();
-    connector->SelectBaud(19200);
-    ASSERT_TRUE(ConnectAndFinish());
-    ASSERT_TRUE(State().Connected);
-    ASSERT_EQ(dialogs.errors.size(), 3u);
-    EXPECT_EQ(dialogs.errors[2].find("What the instrument sends from now on is shown but not recorded"), 0u);
+/// The cable of an instrument with unsaved data ends in another one, which the user connects.
+class AnotherInstrument : public PulledCable {
+  protected:
+    void ConnectAnother() {
+        Connected();
+        talker->Say(Lines{"100.00,1,2,3,4,5,6,7,8"});
+        TickFor(1s);
+        Pull();
+        TeachModel(*talker, Model::Fathom2);
+        PlugIn();
+        ASSERT_TRUE(Finish());
+        connector->Form_Load();
+        connector->SelectBaud(19200);
+        ASSERT_TRUE(ConnectAndFinish());
+        ASSERT_TRUE(State().Connected);
+        dialogs.errors.clear();
+    }
+    [[nodiscard]] std::string KeptRaw() const {
+        for (const std::string& name : TestFolder::Names(app.safePlaces.best))
+            if (name.ends_with(" 0.raw")) return (app.safePlaces.best / name).string();
+        return "";
+    }
+    void ExpectTwoRecordings(const std::string& line) {
+        ASSERT_EQ(dialogs.errors.size(), 1u);
+        const std::string kept = KeptRaw();
+        const std::string keptDat = kept.substr(0, kept.size() - 3) + "dat";
+        EXPECT_EQ(dialogs.errors[0], "The data of Delph-4 D4080102 were not saved yet.  They are kept in\n" +
+                                         kept + "\n" + keptDat +
+                                         "\nWhat Fathom-2 FA070803 sends is recorded in new files.");
+        const std::string before = TestFolder::Read(kept);
+        EXPECT_NE(before.find("100.00,1,2,3,4,5,6,7,8\r\n"), std::string::npos);
+        EXPECT_EQ(before.find(line), std::string::npos);
+        const std::string after = RawFile();
+        EXPECT_NE(after.find("DeviceType=Fathom-2\r\n"), std::string::npos);
+        EXPECT_NE(after.find(line + "\r\n"), std::string::npos);
+        EXPECT_EQ(after.find("100.00,1"), std::string::npos);
+    }
+};
+
+TEST_F(AnotherInstrument, GetsNewFilesWhenItIsStarted) {
+    ConnectAnother();
+    EXPECT_EQ(KeptRaw(), "") << "nothing moves as long as the other one is silent";
     SendCommand("START", window->Link);
-    TickFor(1s);
-    EXPECT_EQ(dialogs.errors.size(), 4u);
     talker->Say(Lines{"300.00,1,2,3,4,5,6,7,8"});
     TickFor(1s);
+    ExpectTwoRecordings("300.00,1,2,3,4,5,6,7,8");
+}
+
+TEST_F(AnotherInstrument, GetsNewFilesWhenItIsSamplingAlready) {
+    ConnectAnother();
+    talker->Say(Lines{"300.00,1,2,3,4,5,6,7,8"});
+    TickFor(1s);
+    ExpectTwoRecordings("300.00,1,2,3,4,5,6,7,8");
+}
+
+TEST_F(AnotherInstrument, GetsNewFilesInPlaceOfSavedOnes) {
+    ConnectAnother();
+    ASSERT_FALSE(window->Files.SaveCopy(DataFileKind::Raw, folder / "first.raw"));
+    ASSERT_FALSE(window->Files.SaveCopy(DataFileKind::Dat, folder / "first.dat"));
+    talker->Say(Lines{"300.00,1,2,3,4,5,6,7,8"});
+    TickFor(1s);
+    EXPECT_TRUE(dialogs.errors.empty());
+    EXPECT_EQ(KeptRaw(), "");
+    EXPECT_NE(TestFolder::Read(folder / "first.raw").find("100.00,1,2,3,4,5,6,7,8\r\n"), std::string::npos);
+    EXPECT_NE(RawFile().find("300.00,1,2,3,4,5,6,7,8\r\n"), std::string::npos);
+}
+
+TEST_F(AnotherInstrument, WaitsForTheUserWhereNothingCanBeKept) {
+    ConnectAnother();
+    TestFolder::Write(folder / "file", "no folder");
+    app.safePlaces = {folder / "file" / "best", folder / "file" / "second"};
+    const std::string before = RawFile();
+    talker->Say(Lines{"300.00,1,2,3,4,5,6,7,8", "301.00,1,2,3,4,5,6,7,8"});
+    TickFor(1s);
+    ASSERT_EQ(dialogs.errors.size(), 1u) << "told once";
+    EXPECT_EQ(dialogs.errors[0],
+              "What the instrument sends from now on is shown but not recorded, because data recorded before "
+              "are not saved yet:\n" +
+                  window->WhereDataAre() + "\nSave them, then start the instrument again.");
     EXPECT_EQ(RawFile(), before);
 
     ASSERT_FALSE(window->Files.SaveCopy(DataFileKind::Raw, folder / "first.raw"));
@@ -140,11 +208,8 @@ TEST_F(PulledCable, NothingOfAnotherModelGetsIntoTheFiles) {
     SendCommand("START", window->Link);
     talker->Say(Lines{"400.00,1,2,3,4,5,6,7,8"});
     TickFor(1s);
-    EXPECT_EQ(dialogs.errors.size(), 4u);
-    const std::string after = RawFile();
-    EXPECT_NE(after.find("DeviceType=Fathom-2\r\n"), std::string::npos);
-    EXPECT_NE(after.find("400.00,1,2,3,4,5,6,7,8\r\n"), std::string::npos);
-    EXPECT_EQ(after.find("100.00,1"), std::string::npos);
+    EXPECT_EQ(dialogs.errors.size(), 1u);
+    EXPECT_NE(RawFile().find("400.00,1,2,3,4,5,6,7,8\r\n"), std::string::npos);
 }
 
 TEST_F(PulledCable, WhatTheSameInstrumentSaysBeforeItIsKnownIsRecordedToo) {

@@ -31,6 +31,7 @@ class FormsFixture : public testing::Test {
         app.sigma = LoadSigmaParams(settings, folder.Path(), ShareFolder()).params;
         app.pureWater = LoadPureWaterParams(settings);
         app.temporaryFolder = folder.Path();
+        app.safePlaces = {folder / "recovered", folder / "recovered too"};
     }
     ~FormsFixture() override {
         shell.reset();

@@ -27,6 +27,7 @@ class FormFixture : public testing::Test {
         app.sigma = LoadSigmaParams(settings, folder.Path(), ShareFolder()).params;
         app.pureWater = LoadPureWaterParams(settings);
         app.temporaryFolder = folder.Path();
+        app.safePlaces = {folder / "recovered", folder / "recovered too"};
         app.ports = &ports;
     }
     ~FormFixture() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }

@@ -92,6 +92,7 @@ class SixTerminals : public testing::Test {
         app.sigma = LoadSigmaParams(settings, folder.Path(), ShareFolder()).params;
         app.pureWater = LoadPureWaterParams(settings);
         app.temporaryFolder = folder.Path();
+        app.safePlaces = {folder / "recovered", folder / "recovered too"};
         app.ports = ports.get();
         for (std::size_t i = 0; i < kModels.size(); ++i) forms.push_back(shell.NewWindow());
     }

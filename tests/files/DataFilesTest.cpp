@@ -42,6 +42,37 @@ class DataFilesTest : public FileFixture {
     }
 };
 
+TEST_F(DataFilesTest, FilesSetAsideMoveAsAPair) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    ASSERT_FALSE(files.WriteRaw("line\r\n", Millis(0)));
+    std::vector<fs::path> given;
+    std::string atTheMove;
+    EXPECT_TRUE(files.SetAside([&](const std::vector<fs::path>& paths) {
+        given = paths;
+        atTheMove = TextOf(paths.at(0));
+        return true;
+    }));
+    EXPECT_EQ(given, (std::vector{Temporary() / "0.raw", Temporary() / "0.dat"}));
+    EXPECT_EQ(atTheMove, "raw header\r\nline\r\n") << "nothing waits in memory any more";
+    EXPECT_FALSE(files.AnyOpen());
+    EXPECT_FALSE(files.HasUnsavedData());
+    EXPECT_TRUE(files.State().rawTemporary.empty());
+    EXPECT_TRUE(fs::exists(Temporary() / "0.raw")) << "moving is not the files' own business";
+}
+
+TEST_F(DataFilesTest, FilesThatCannotBeSetAsideStayUnsaved) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    ASSERT_FALSE(files.WriteRaw("line\r\n", Millis(0)));
+    EXPECT_FALSE(files.SetAside([](const std::vector<fs::path>&) { return false; }));
+    EXPECT_FALSE(files.AnyOpen());
+    EXPECT_TRUE(files.HasUnsavedData());
+    EXPECT_EQ(files.State().rawTemporary, Temporary() / "0.raw");
+    EXPECT_FALSE(files.SaveCopy(kRaw, User() / "cast.raw"));
+    EXPECT_EQ(TextOf(User() / "cast.raw"), "raw header\r\nline\r\n");
+}
+
 TEST_F(DataFilesTest, NamesCarryTheWindowNumberAndTheExtension) {
     EXPECT_EQ(TemporaryDataPath("/data", 0, kRaw), "/data/0.raw");
     EXPECT_EQ(TemporaryDataPath("/data", 5, kDat), "/data/5.dat");

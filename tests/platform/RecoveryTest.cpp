@@ -30,7 +30,7 @@ class RecoveryTest : public testing::Test {
     }
     RecoveryReport Recover() {
         RecoveryReport report;
-        RecoverFiles(folder / "dead", folder / "recovered", folder / "second", report);
+        RecoverFiles(folder / "dead", {folder / "recovered", folder / "second"}, report);
         return report;
     }
     TestFolder folder;
@@ -48,6 +48,17 @@ TEST_F(RecoveryTest, MovesDataFilesUnderTheirTimeAndLeavesOthers) {
     EXPECT_EQ(TestFolder::Read(report.recovered[0]), "lines");
     EXPECT_EQ(TestFolder::Read(report.recovered[1]), "values");
     EXPECT_EQ(TestFolder::Names(folder / "dead"), Names{"temp1.cal"});
+}
+
+TEST_F(RecoveryTest, OfSomeFilesTheOthersStay) {
+    WriteAt("0.raw", "lines", morning);
+    WriteAt("1.raw", "other lines", morning);
+    RecoveryReport report;
+    RecoverFiles({folder / "dead" / "1.raw", folder / "dead" / "1.dat"},
+                 {folder / "recovered", folder / "second"}, report);
+    EXPECT_EQ(report.recovered, std::vector{folder / "recovered" / "2026-03-01 09-05-07 1.raw"});
+    EXPECT_TRUE(report.leftBehind.empty());
+    EXPECT_EQ(TestFolder::Names(folder / "dead"), Names{"0.raw"});
 }
 
 TEST_F(RecoveryTest, BothFilesOfAWindowGetTheLaterTime) {

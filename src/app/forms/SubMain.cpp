@@ -67,6 +67,7 @@ struct Program {
         app.ports = &ports;
         app.instanceNumber = instance.Number();
         app.temporaryFolder = instance.Folder();
+        app.safePlaces = instance.Safe();
         newUser = LoadPreferences(settings, ProgramFolder().string(), app.prefs);
         SigmaParamsLoad sigma = LoadSigmaParams(settings, ProgramFolder(), DataFolder());
         app.sigma = std::move(sigma.params);
