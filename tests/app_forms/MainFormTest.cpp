@@ -58,6 +58,30 @@ TEST_F(MainFormTest, ShowsReadoutsOfASamplingInstrument) {
         << "a narrow window keeps the way there";
 }
 
+TEST_F(MainFormTest, SaysWhatBecomesOfTheData) {
+    MainForm* const form = Sampling();
+    form->resize(1400, 680);
+    Run(std::chrono::seconds(1));
+    DataWindow& window = form->Window();
+    const std::string folderName = folder.Path().filename().string();
+    EXPECT_NE(Text(form, "DataPath").find("Recording in "), std::string::npos);
+    EXPECT_NE(Text(form, "DataPath").find(folderName), std::string::npos);
+
+    // As after an error: what was written stays.
+    ASSERT_FALSE(window.Files.SetAside([](const auto&) { return false; }));
+    Run(kTick);
+    EXPECT_NE(Text(form, "DataPath").find("Recorded in "), std::string::npos);
+
+    window.Files.CloseDataFiles(false);
+    Run(std::chrono::seconds(1));
+    EXPECT_EQ(Text(form, "DataPath"), "Not recorded");
+    EXPECT_NE(form->findChild<QLabel*>("DataPath")->toolTip().indexOf("Use New File"), -1);
+
+    window.OpenDataFiles("raw", true);
+    Run(kTick);
+    EXPECT_NE(Text(form, "DataPath").find("Recording in "), std::string::npos);
+}
+
 TEST_F(MainFormTest, EveryStateHasItsWord) {
     MainForm* const form = Empty();
     DataWindowState& state = form->Window().Link.State;

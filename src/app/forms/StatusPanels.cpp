@@ -39,6 +39,17 @@ QString WithUnit(double value, int decimals, const char* unit) {
     return QString::fromStdString(FixedText(value, decimals)) + " " + unit;
 }
 
+const QString kNotRecordedTip =
+    "The samples on the graph are in no file.\n"
+    "Use New File, or start the instrument from this window, to record what it sends.";
+
+/// What becomes of the data, before the folder of their files when they have some.
+QString WhatOfFiles(const DataWindow& window, bool haveFiles) {
+    if (window.Stored.IsShown()) return "Data from ";
+    if (haveFiles) return window.Files.AnyOpen() ? "Recording in " : "Recorded in ";
+    return window.CanReplot() ? QString() : QString("Not recorded");
+}
+
 }  // namespace
 
 StatusPanels::StatusPanels(QStatusBar* bar)
@@ -116,18 +127,20 @@ void StatusPanels::ShowCounts(const DataWindow& window) {
 
 void StatusPanels::ShowFiles(const DataWindow& window) {
     const QString where = FromText(window.WhereDataAre());
-    if (files_->toolTip() == where) return;
-    files_->setToolTip(where);
+    const QString what = WhatOfFiles(window, !where.isEmpty());
+    const QString tip = where.isEmpty() && !what.isEmpty() ? kNotRecordedTip : where;
+    if (files_->toolTip() == tip && whatOfFiles_ == what) return;
+    files_->setToolTip(tip);
     folder_ =
         where.isEmpty() ? QString() : TextFromPath(PathFromText(where.section('\n', 0, 0)).parent_path());
-    whatOfFiles_ = window.Stored.IsShown() ? "Data from " : "Recording in ";
+    whatOfFiles_ = what;
     FitFiles();
 }
 
 /// The middle of a long folder is the least telling.
 void StatusPanels::FitFiles() {
     if (folder_.isEmpty()) {
-        files_->clear();
+        files_->setText(whatOfFiles_);
         return;
     }
     const QFontMetrics metrics = files_->fontMetrics();

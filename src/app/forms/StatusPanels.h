@@ -37,7 +37,7 @@ class StatusPanels final : public QObject {
     QLabel* counts_;
     QLabel* files_;
     QString folder_;       ///< of the data files; empty without files
-    QString whatOfFiles_;  ///< what the window does with the folder, before its name
+    QString whatOfFiles_;  ///< what the window does with the data, before the folder's name
 };
 
 }  // namespace marisonde
