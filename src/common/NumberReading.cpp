@@ -129,6 +129,11 @@ double WithSign(double size, bool negative) {
     return std::bit_cast<double>(std::bit_cast<std::uint64_t>(size) | std::uint64_t{negative} << 63);
 }
 
+/// A number beyond the range of a double comes as 0 too.
+bool SaysZero(std::string_view number) {
+    return number.substr(0, number.find_first_of("eE")).find_first_of("123456789") == std::string_view::npos;
+}
+
 }  // namespace
 
 LeadingNumber ReadNumber(const char* first, const char* last) {
@@ -151,7 +156,7 @@ std::optional<double> StrictNumber(std::string_view text) {
     const std::string_view trimmed = Trim(text);
     const char* last = trimmed.data() + trimmed.size();
     const auto [value, end] = ReadNumber(trimmed.data(), last);
-    if (trimmed.empty() || end != last) return std::nullopt;
+    if (trimmed.empty() || end != last || (value == 0 && !SaysZero(trimmed))) return std::nullopt;
     return value;
 }
 

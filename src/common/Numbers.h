@@ -29,7 +29,7 @@ struct LeadingNumber {
 /// The rule of Val over [first, last), for callers that go on behind the number.
 LeadingNumber ReadNumber(const char* first, const char* last);
 
-/// Strict: the whole text (trimmed) must be one number, otherwise none.
+/// Strict: the whole text (trimmed) must be one number, within the range of a double, otherwise none.
 std::optional<double> StrictNumber(std::string_view text);
 /// The same, with 0 for a text that is no number.
 double SafeVal(std::string_view text);

@@ -329,9 +329,16 @@ TEST(ScientificText, HasOneDigitBeforeThePoint) {
 TEST(StrictNumber, WantsTheWholeText) {
     EXPECT_EQ(StrictNumber(" 1.5E-2 "), 0.015);
     EXPECT_EQ(StrictNumber("-3"), -3);
-    EXPECT_EQ(StrictNumber("0"), 0);
+    for (const char* zero : {"0", "-0.00", "0E5", "&H0"}) EXPECT_EQ(StrictNumber(zero), 0) << zero;
     for (const char* text : {"", "  ", "1,5", "1-2", "5 m", "abc", "-", ".", "e5"})
         EXPECT_EQ(StrictNumber(text), std::nullopt) << text;
+}
+
+TEST(StrictNumber, RefusesWhatNoDoubleCanHold) {
+    for (const char* text : {"1e309", "-2E999", "1e-400"})
+        EXPECT_EQ(StrictNumber(text), std::nullopt) << text;
+    EXPECT_EQ(StrictNumber("1E308"), 1e308);
+    EXPECT_EQ(StrictNumber("5E-324"), 5e-324);
 }
 
 }  // namespace
