@@ -5,6 +5,7 @@
 #include "app/DataWindow.h"
 #include "app/WindowFixture.h"
 #include "link/Commands.h"
+#include "support/Checksum.h"
 
 namespace marisonde {
 namespace {
@@ -29,10 +30,14 @@ class DataWindowTest : public WindowFixture {
         const std::string text = instrument->TakeOutput(Millis(6000));
         return text.substr(0, text.find('\r'));
     }
-    void QueueLines(DataWindow& window, int count) {
-        const std::string line = SampleLine();
+    /// A "*D" line with the same count in each slot.
+    static std::string PlainLine(const std::string& time) {
+        return WithChecksum("*D" + time + std::string(32, '1') + "11111111" + "0000" + "32" + "00");
+    }
+    static void QueueLines(DataWindow& window, const std::string& line, int count) {
         for (int i = 0; i < count; ++i) window.Link.DataLineQueue.Add(line);
     }
+    void QueueLines(DataWindow& window, int count) { QueueLines(window, SampleLine(), count); }
 };
 
 long CountLines(const std::string& text) {
@@ -155,16 +160,47 @@ TEST_F(DataWindowTest, WithoutACalibrationLinesWait) {
     EXPECT_EQ(window->Link.DataLineQueue.size(), 3);
 }
 
+TEST_F(DataWindowTest, SleepingInstrumentHearsOneCharacterPerTick) {
+    const auto window = Scripted(Model::Corvane6);
+    port->Queue("Sleeping\r\n");
+    Run(*window, kTick);
+    window->Link.QueueOutput("ID\r");
+    for (const char* expected : {"I", "D", "\r", ""}) {
+        Run(*window, kTick);
+        EXPECT_EQ(port->TakeWritten(), expected);
+    }
+}
+
+TEST_F(DataWindowTest, WithoutAPortNothingGoesOutAndWhatWaitsIsShown) {
+    const auto window = Scripted(Model::Corvane6);
+    window->Link.Line().Close();
+    window->Link.QueueOutput("ID\r");
+    QueueLines(*window, 2);
+    Run(*window, kTick);
+    EXPECT_EQ(window->Link.PendingOutput, "ID\r");
+    EXPECT_EQ(window->Link.State.Counted.samples, 2);
+}
+
 TEST_F(DataWindowTest, TransferGoesToTheFileAndNotToTheGraph) {
     const auto window = Scripted(Model::Corvane6);
-    window->Link.State.TransferActive = true;
-    QueueLines(*window, 4);
-    window->Link.DataLineQueue.Add("not a data line");
     QueueLines(*window, 1);
+    Run(*window, kTick);
+    const std::string shown(window->Plot.Readouts().DataBox[0].View());
+    ASSERT_FALSE(shown.empty());
+    window->Link.State.TransferActive = true;
+    const std::string other = PlainLine("4E11860A");
+    QueueLines(*window, other, 4);
+    window->Link.DataLineQueue.Add("not a data line");
+    QueueLines(*window, other, 1);
     Run(*window, std::chrono::seconds(1));
-    EXPECT_EQ(window->Plot.PlotIndex(), 1);
-    EXPECT_TRUE(window->Plot.Readouts().DataBox[0].View().empty());
-    EXPECT_EQ(CountLines(BehindHeader(DatText(*window), "[Data]")), 5);
+    EXPECT_EQ(window->Plot.PlotIndex(), 2) << "the one that came before";
+    EXPECT_EQ(window->Plot.Readouts().DataBox[0].View(), shown);
+    EXPECT_EQ(CountLines(BehindHeader(DatText(*window), "[Data]")), 6);
+    window->Link.State.TransferActive = false;
+    QueueLines(*window, other, 1);
+    Run(*window, kTick);
+    EXPECT_NE(window->Plot.Readouts().DataBox[0].View(), shown)
+        << "a live sample of the same line would show";
 }
 
 TEST_F(DataWindowTest, TransferWithoutACalibratedFileEmptiesTheQueue) {
@@ -179,12 +215,7 @@ TEST_F(DataWindowTest, TransferWithoutACalibratedFileEmptiesTheQueue) {
 
 TEST_F(DataWindowTest, SampleWithoutAClockTakesTheComputersTime) {
     const auto window = Scripted(Model::Corvane6);
-    // Seconds 00000000 in a "*D" line: the sum of its 56 digits and letters decides the checksum.
-    std::string body = "*D00000000" + std::string(32, '1') + "11111111" + "0000" + "32" + "00";
-    unsigned sum = 0;
-    for (std::size_t i = 1; i < body.size(); ++i) sum += static_cast<unsigned char>(body[i]);
-    const std::string digits = "0123456789ABCDEF";
-    port->Queue(body + digits[sum / 16 % 16] + digits[sum % 16] + "\r");
+    port->Queue(PlainLine("00000000") + "\r");
     Run(*window, kTick);
     EXPECT_EQ(window->Link.State.Counted.samples, 1);
     EXPECT_DOUBLE_EQ(window->Link.State.CurrentSample.Time, clock.Now());

@@ -6,7 +6,6 @@
 namespace marisonde {
 namespace {
 
-using lines::WithChecksum;
 constexpr InstTypeCode kModel = InstTypeCode::Corvane6;
 
 /// A sample in which every field has been used before.

@@ -13,8 +13,6 @@
 namespace marisonde {
 namespace {
 
-using lines::WithChecksum;
-
 std::vector<std::string> EveryForm() {
     return {
         WithChecksum(lines::kSample),
@@ -43,8 +41,8 @@ bool Handle(std::string_view line, InstTypeCode model) {
     DecodeHousekeeping(line, block);
     DecodeVoltageOnly(line, sample);
     InstTypeFromLine(line);
-    const TextMessage message = ReadTextLine(line, false);
-    if (message.forUser) IsMessageForUser(line, "CLEARLOGCOMMAND", line);
+    ReadTextLine(line, false);
+    IsMessageForUser(line, "CLEARLOGCOMMAND", line);
     ReadPartialText(line);
     return decoded;
 }

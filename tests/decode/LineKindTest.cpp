@@ -8,7 +8,6 @@ namespace {
 
 using enum LineKind;
 using lines::Record;
-using lines::WithChecksum;
 
 TEST(ClassifyLine, HexLinesByTheirLetter) {
     const std::pair<std::string_view, LineKind> rows[] = {

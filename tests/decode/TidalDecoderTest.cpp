@@ -6,7 +6,6 @@
 namespace marisonde {
 namespace {
 
-using lines::WithChecksum;
 constexpr InstTypeCode kModel = InstTypeCode::XTidal;
 
 TEST(TidalHex, WorkedExample) {

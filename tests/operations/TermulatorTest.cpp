@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <memory>
 #include <random>
@@ -7,19 +6,11 @@
 
 #include "link/InputLoop.h"
 #include "operations/Termulator.h"
+#include "support/Checksum.h"
 #include "support/ScriptedLine.h"
 
 namespace marisonde {
 namespace {
-
-/// A hexadecimal line with its checksum: the sum of the codes behind the "*", modulo 256.
-std::string WithChecksum(const std::string& line) {
-    unsigned sum = 0;
-    for (const char c : line.substr(1)) sum += static_cast<unsigned char>(c);
-    char text[3];
-    std::snprintf(text, sizeof text, "%02X", sum % 256);
-    return line + text;
-}
 
 std::string Commas(int count) {
     std::string line = "1";
