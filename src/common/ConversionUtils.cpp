@@ -15,10 +15,6 @@ constexpr int kMantissaBits = 12;
 constexpr std::int32_t kMantissaMask = 0x0FFF;
 constexpr int kRoundingSteps = 50;
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 char Lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
@@ -143,6 +139,11 @@ std::string UpperCase(std::string_view text) {
 bool EqualIgnoringCase(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](char x, char y) { return Lower(x) == Lower(y); });
+}
+
+bool HoldsIgnoringCase(std::string_view text, std::string_view words) {
+    return std::search(text.begin(), text.end(), words.begin(), words.end(),
+                       [](char c, char word) { return Lower(c) == word; }) != text.end();
 }
 
 std::uint8_t SignedToByte(std::int16_t& value) {

@@ -13,6 +13,9 @@ namespace marisonde {
 std::string NumberTextTrimmed(std::string_view text);
 std::string SingleText(float value);
 std::string DoubleText(double value);
+constexpr bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 bool IsDigitChar(std::string_view text);
 /// A digit gives true at once; "-", "+", "." are stepped over; anything else, or the end, gives false.
 bool HasNumberChars(std::string_view text);
@@ -37,6 +40,8 @@ std::string_view Trim(std::string_view text);  ///< blanks only, both ends
 std::string LowerCase(std::string_view text);  ///< A to Z only
 std::string UpperCase(std::string_view text);  ///< a to z only
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
+/// Whether `words`, given in lower case, stand anywhere in the text. Copies nothing.
+bool HoldsIgnoringCase(std::string_view text, std::string_view words);
 
 /// Clamps to -128..127 (also in the caller's variable); negative values come back + 256.
 std::uint8_t SignedToByte(std::int16_t& value);
@@ -61,6 +66,9 @@ double DateFromCivil(int year, int month, int day, int hour = 0, int minute = 0,
 CivilDate CivilFromDate(double date);
 double SecondsToDate(double seconds, int year);
 std::int32_t DateToSeconds(double date, int year);
+/// A year as instruments write it: below 70 of this century, below 199 counted from 1900, others as they
+/// stand.
+int FullYear(int year);
 /// A written date "MM/DD/YY hh:mm:ss", or seconds since 1970 (Corvane family) or 1980 (all others). Bad parts
 /// give 0.
 double ParseInstrumentDate(std::string_view text, InstTypeCode type);

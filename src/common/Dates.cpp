@@ -55,11 +55,6 @@ std::ptrdiff_t Place(std::string_view text, char mark, std::ptrdiff_t after = 0)
     return found == std::string_view::npos ? 0 : static_cast<std::ptrdiff_t>(found) + 1;
 }
 
-int FullYear(int year) {
-    if (year < 70) return year + 2000;
-    return year < 199 ? year + 1900 : year;
-}
-
 double ParseWrittenDate(std::string_view text, std::ptrdiff_t slash1, std::ptrdiff_t slash2) {
     const int month = FirstInteger(From(text, slash1 < 3 ? slash1 - 1 : slash1 - 2));
     const int day = FirstInteger(From(text, slash1 + 1));
@@ -103,6 +98,11 @@ double SecondsToDate(double seconds, int year) {
 
 std::int32_t DateToSeconds(double date, int year) {
     return ToInt32((date - DateFromCivil(year, 1, 1)) * kSecondsPerDay);
+}
+
+int FullYear(int year) {
+    if (year < 70) return year + 2000;
+    return year < 199 ? year + 1900 : year;
 }
 
 double ParseInstrumentDate(std::string_view text, InstTypeCode type) {

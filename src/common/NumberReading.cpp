@@ -15,10 +15,6 @@ namespace {
 constexpr int kMaxExactDigits = 18;  // fits 64 bits without a test per digit
 constexpr std::uint64_t kMaxExactMantissa = std::uint64_t{1} << 53;
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 LeadingNumber ReadHex(const char* digits, const char* last) {
     const char* end = digits;
     while (end != last && end - digits < 8 && HexDigit(*end) != 0xFF) ++end;

@@ -12,10 +12,6 @@ namespace marisonde {
 
 namespace {
 
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 /// The digits at the front, without leading zeros, cut off the text.
 std::string_view TakeDigits(std::string_view& text) {
     const std::size_t end = std::min(text.find_first_not_of("0123456789"), text.size());

@@ -56,11 +56,7 @@ std::optional<double> WrittenDate(std::string_view text) {
     if (!TakeNumber(text, month) || !TakeMark(text, '/') || !TakeNumber(text, day) || !TakeMark(text, '/') ||
         !TakeNumber(text, year) || !TakeTime(text, time))
         return std::nullopt;
-    if (year < 70) {
-        year += 2000;
-    } else if (year < 199) {
-        year += 1900;
-    }
+    year = FullYear(year);
     const double date = DateFromCivil(year, month, day, time[0], time[1], time[2]);
     const CivilDate read = CivilFromDate(date);
     // A day that does not exist comes back as another one.

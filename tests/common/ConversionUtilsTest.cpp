@@ -122,6 +122,13 @@ TEST(ConversionUtils, CaseAndBlanks) {
     EXPECT_FALSE(EqualIgnoringCase("[", "{"));
 }
 
+TEST(ConversionUtils, HoldsIgnoringCase) {
+    for (const auto text : {"ready", "CV6 READY", "already on"})
+        EXPECT_TRUE(HoldsIgnoringCase(text, "ready")) << text;
+    for (const auto text : {"", "read", "r eady"}) EXPECT_FALSE(HoldsIgnoringCase(text, "ready")) << text;
+    EXPECT_FALSE(HoldsIgnoringCase("{DONE", "[done"));
+}
+
 TEST(ConversionUtils, SignedToByteClampsTheCallersValueToo) {
     struct Row {
         std::int16_t value, clamped;

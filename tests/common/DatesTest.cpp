@@ -61,6 +61,12 @@ TEST(Dates, Seconds) {
     EXPECT_EQ(DateToSeconds(1e12, 1970), 2147483647);
 }
 
+TEST(Dates, YearsOfInstruments) {
+    const std::pair<int, int> rows[] = {{0, 2000},   {69, 2069}, {70, 1970},   {99, 1999},
+                                        {198, 2098}, {199, 199}, {1999, 1999}, {2005, 2005}};
+    for (const auto& [written, year] : rows) EXPECT_EQ(FullYear(written), year) << written;
+}
+
 TEST(ParseInstrumentDate, WrittenDates) {
     const double date = DateFromCivil(2005, 3, 4, 6, 7, 8);
     const std::pair<std::string_view, double> rows[] = {
