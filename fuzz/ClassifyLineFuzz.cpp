@@ -68,7 +68,7 @@ void CheckTextRules(const std::string& line) {
     const TextMessage transfer = ReadTextLine(line, true);
     if (message.state != transfer.state)
         Require(message.state == InstStateCode::Sampling && transfer.state == InstStateCode::Downloading);
-    if (IsMessageForUser(line, "", "")) Require(message.forUser && !line.empty() && line[0] == '!');
+    if (IsMessageForUser(line, "", "")) Require(!line.empty() && line[0] == '!');
     if (const auto partial = ReadPartialText(line)) Require(*partial != InstStateCode::Unknown);
 }
 

@@ -1,7 +1,5 @@
 #include "decode/TextMessages.h"
 
-#include <algorithm>
-
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
 #include "decode/LineKind.h"
@@ -39,19 +37,10 @@ constexpr WordRule kPartialRules[] = {
 
 constexpr int kDataLineCommas = 5;
 
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-
-bool Holds(std::string_view text, std::string_view words) {
-    return std::search(text.begin(), text.end(), words.begin(), words.end(),
-                       [](char c, char word) { return Lower(c) == word; }) != text.end();
-}
-
 template <std::size_t Rows>
 std::optional<InstStateCode> FirstMatch(const WordRule (&rules)[Rows], std::string_view text) {
     for (const WordRule& rule : rules)
-        if (Holds(text, rule.words)) return rule.state;
+        if (HoldsIgnoringCase(text, rule.words)) return rule.state;
     return std::nullopt;
 }
 
@@ -68,7 +57,6 @@ TextMessage ReadTextLine(std::string_view line, bool transferActive) {
         message.state = DataState(transferActive);
         return message;
     }
-    message.forUser = line.front() == '!';
     message.state = FirstMatch(kLineRules, line);
     if (message.state == InstStateCode::Starting) message.startsInSeconds = ToInt16(Val(NumericTail(line)));
     if (!message.state && IsDigitChar(line) && CommaCount(line) >= kDataLineCommas)
@@ -82,8 +70,9 @@ std::optional<InstStateCode> ReadPartialText(std::string_view partial) {
 
 bool IsMessageForUser(std::string_view line, std::string_view currentCommand, std::string_view lastMessage) {
     if (line.empty() || line.front() != '!') return false;
-    if (Holds(line, "yes to erase") && currentCommand == "CLEARLOGCOMMAND") return false;
-    return !Holds(line, "transfer complete") && !Holds(lastMessage, "transfer complete");
+    if (HoldsIgnoringCase(line, "yes to erase") && currentCommand == "CLEARLOGCOMMAND") return false;
+    return !HoldsIgnoringCase(line, "transfer complete") &&
+           !HoldsIgnoringCase(lastMessage, "transfer complete");
 }
 
 }  // namespace marisonde

@@ -12,7 +12,6 @@ namespace marisonde {
 struct TextMessage {
     std::optional<InstStateCode> state;           ///< the new InstState, if the line tells one
     std::optional<std::int16_t> startsInSeconds;  ///< only with state Starting
-    bool forUser = false;                         ///< begins with "!": a message to show (see BangText)
 };
 
 /// Rules for a complete line. Lines that begin with "*" are data: Sampling, or Downloading in a transfer.

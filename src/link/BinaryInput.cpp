@@ -1,5 +1,6 @@
 #include "link/BinaryInput.h"
 
+#include "link/BoundedText.h"
 #include "link/InstrumentLink.h"
 #include "link/Xmodem.h"
 
@@ -55,9 +56,7 @@ bool TakeBinary(InstrumentLink& window, std::string_view chunk) {
         return true;
     }
     if (state.CurrentCommand == "LOADCFG") {
-        receiver.BlockText += chunk;
-        if (receiver.BlockText.size() > InputBuffer::kMaxPartial)
-            receiver.BlockText.erase(0, receiver.BlockText.size() - InputBuffer::kMaxPartial);
+        AppendBounded(receiver.BlockText, chunk, InputBuffer::kMaxPartial);
         state.InputText.Clear();
         return true;
     }

@@ -8,6 +8,7 @@
 #include "decode/LineKind.h"
 #include "decode/TextMessages.h"
 #include "link/BinaryInput.h"
+#include "link/BoundedText.h"
 #include "link/InstrumentLink.h"
 
 namespace marisonde {
@@ -37,12 +38,6 @@ constexpr std::array kActions{
     KindAction{LineKind::Delph, true, false, true},
 };
 
-void KeepTerminalText(DataWindowState& state, std::string_view chunk) {
-    state.TerminalText.append(chunk);
-    if (state.TerminalText.size() > InputBuffer::kMaxPartial)
-        state.TerminalText.erase(0, state.TerminalText.size() - InputBuffer::kMaxPartial);
-}
-
 /// An instrument that does not send its image echoes each request for it; were that an answer, the wait for
 /// one would never end.
 bool IsEchoOfRequest(const DataWindowState& state, std::string_view chunk) {
@@ -55,18 +50,24 @@ void TakeChunk(InstrumentLink& window, std::string_view chunk) {
     if (!chunk.empty()) {
         if (!IsEchoOfRequest(state, chunk)) state.LastInputTime = window.Time().Steady();
         state.DataArrived = true;
-        KeepTerminalText(state, chunk);
+        AppendBounded(state.TerminalText, chunk, InputBuffer::kMaxPartial);
         if (window.OnChunk) window.OnChunk(chunk);
     }
     state.InputText.Append(chunk);
 }
 
-void WatchForEndOfCast(InstrumentLink& window) {
-    DataWindowState& state = window.State;
+/// What instruments write behind the last line of a cast; older firmware has the second form.
+constexpr std::array<std::string_view, 2> kEndsOfCast{"end of cast", "'done"};
+
+/// Each mark counts once, when its last character comes: it may wait for its line end while the next cast
+/// begins.
+void WatchForEndOfCast(DataWindowState& state, std::size_t added) {
     if (!state.TransferActive) return;
-    const std::string text = LowerCase(state.InputText.Text());
-    const bool oldForm = window.Index() == 0 && text.find("'done") != std::string::npos;
-    if (oldForm || text.find("end of cast") != std::string::npos) state.TransferEnded = true;
+    const std::string_view text = state.InputText.Text();
+    for (const std::string_view mark : kEndsOfCast) {
+        const std::size_t fresh = std::min(text.size(), added + mark.size() - 1);
+        if (HoldsIgnoringCase(text.substr(text.size() - fresh), mark)) state.TransferEnded = true;
+    }
 }
 
 /// InputBusy holds on for one tick after the text has been used up.
@@ -82,13 +83,13 @@ void UpdateInputBusy(DataWindowState& state, LineScratch& scratch) {
 
 void ReadMessages(InstrumentLink& window, std::string_view line) {
     DataWindowState& state = window.State;
-    const TextMessage message = ReadTextLine(line, state.TransferActive);
-    if (message.forUser && IsMessageForUser(line, state.CurrentCommand, state.LastMessage)) {
+    if (IsMessageForUser(line, state.CurrentCommand, state.LastMessage)) {
         state.LastMessage = line;
         if (window.OnInstrumentMessage)
             window.OnInstrumentMessage(InstrumentMessageText(line, state.InstSerial));
         return;
     }
+    const TextMessage message = ReadTextLine(line, state.TransferActive);
     if (message.state) state.InstState = *message.state;
     if (message.startsInSeconds) state.StartsInSeconds = *message.startsInSeconds;
 }
@@ -120,9 +121,9 @@ void ProcessInput(InstrumentLink& window, LineScratch& scratch) {
     scratch.chunk.clear();
     window.Line().ReadAll(scratch.chunk);
     TakeChunk(window, scratch.chunk);
-    WatchForEndOfCast(window);
-    if (TakeBinary(window, scratch.chunk)) return;
     DataWindowState& state = window.State;
+    WatchForEndOfCast(state, scratch.chunk.size());
+    if (TakeBinary(window, scratch.chunk)) return;
     UpdateInputBusy(state, scratch);
     bool completed = false;
     while (state.InputText.NextLine(scratch.line)) {

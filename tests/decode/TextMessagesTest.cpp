@@ -36,7 +36,7 @@ TEST(ReadTextLine, EachRule) {
         EXPECT_EQ(ReadTextLine(line, false).state, state) << line;
         const State inTransfer = state == Sampling ? State(Downloading) : state;
         EXPECT_EQ(ReadTextLine(line, true).state, inTransfer) << line;
-        EXPECT_FALSE(ReadTextLine(line, false).forUser) << line;
+        EXPECT_FALSE(IsMessageForUser(line, "", "")) << line;
     }
 }
 
@@ -59,9 +59,7 @@ TEST(ReadTextLine, SecondsUntilTheStart) {
 }
 
 TEST(ReadTextLine, MessagesCarryAStateForWhenTheyAreNotShown) {
-    const TextMessage message = ReadTextLine("!Stopped: transfer complete", false);
-    EXPECT_TRUE(message.forUser);
-    EXPECT_EQ(message.state, Stopped);
+    EXPECT_EQ(ReadTextLine("!Stopped: transfer complete", false).state, Stopped);
 }
 
 TEST(ReadTextLine, AnyBytes) {

@@ -7,18 +7,11 @@
 #include "common/Clock.h"
 #include "link/InputLoop.h"
 #include "link/InstrumentLink.h"
+#include "support/Checksum.h"
 #include "support/ScriptedLine.h"
 
 namespace marisonde {
 namespace {
-
-/// The checksum of hexadecimal lines: the sum of the characters behind the "*", modulo 256.
-std::string WithChecksum(const std::string& body) {
-    unsigned sum = 0;
-    for (std::size_t i = 1; i < body.size(); ++i) sum += static_cast<unsigned char>(body[i]);
-    const std::string digits = "0123456789ABCDEF";
-    return body + digits[sum / 16 % 16] + digits[sum % 16];
-}
 
 /// A Corvane line with all counts 0: 8 digits of time, 32 of counts, 8 gains, pressure, temperature, error.
 std::string SampleLine(const std::string& time = "4E11860A") {
@@ -260,17 +253,29 @@ TEST_F(InputLoopTest, EndOfCastIsFoundInTheText) {
     EXPECT_TRUE(State().TransferEnded);
 }
 
-TEST_F(InputLoopTest, OldEndOfCastCountsInTheFirstWindowOnly) {
+TEST_F(InputLoopTest, EndOfCastInTheWordsOfOlderFirmware) {
     State().TransferActive = true;
-    Hear("'done");
+    Hear("0,'Do");
     EXPECT_FALSE(State().TransferEnded);
-    auto* port = new ScriptedLine;
-    InstrumentLink first(0, clock_, std::unique_ptr<SerialLine>(port));
-    port->Open(1, 19200);
-    first.State.TransferActive = true;
-    port->Queue("'done");
-    ProcessInput(first, scratch_);
-    EXPECT_TRUE(first.State.TransferEnded);
+    Hear("NE");
+    EXPECT_TRUE(State().TransferEnded);
+}
+
+TEST_F(InputLoopTest, EndOfCastMeansNothingOutsideATransfer) {
+    Hear("End of cast\r\n'done\r\n");
+    EXPECT_FALSE(State().TransferEnded);
+}
+
+TEST_F(InputLoopTest, EndOfOneCastIsNotTheEndOfTheNext) {
+    State().TransferActive = true;
+    Hear(SampleLine() + "\r\nEnd of cast");
+    ASSERT_TRUE(State().TransferEnded);
+    State().TransferEnded = false;  // the next cast is asked for
+    Hear("\r\n");
+    Hear("");
+    EXPECT_FALSE(State().TransferEnded);
+    Hear(SampleLine() + "\r\nEnd of cast\r\n");
+    EXPECT_TRUE(State().TransferEnded);
 }
 
 TEST_F(InputLoopTest, EndlessTextStaysBoundedAndTheStreamRecovers) {
