@@ -168,6 +168,18 @@ TEST_F(FormDialogsTest, NoticesOfEachKindHaveTheirForm) {
     ASSERT_NE(fromInstrument, nullptr);
     EXPECT_EQ(fromInstrument->windowTitle(), "Message from Instrument");
     EXPECT_EQ(fromInstrument->findChild<QPlainTextEdit*>("Message")->toPlainText(), "c\nd");
+    EXPECT_TRUE(fromInstrument->testAttribute(Qt::WA_ShowWithoutActivating)) << "typing goes on where it was";
+    EXPECT_FALSE(fromInstrument->isModal());
+}
+
+TEST_F(FormDialogsTest, MessageOfTheInstrumentBeginsAnewOnceItWasClosed) {
+    dialogs.ShowInstrumentMessage("c");
+    auto* const fromInstrument = Shown<QDialog>("InstErrorForm");
+    ASSERT_NE(fromInstrument, nullptr);
+    fromInstrument->accept();
+    dialogs.ShowInstrumentMessage("d");
+    EXPECT_TRUE(fromInstrument->isVisible());
+    EXPECT_EQ(fromInstrument->findChild<QPlainTextEdit*>("Message")->toPlainText(), "d");
 }
 
 }  // namespace

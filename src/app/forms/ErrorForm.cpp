@@ -80,6 +80,8 @@ void SaveErrorAlert::ShowText(const QString& text, const QString& folder) {
 InstErrorForm::InstErrorForm(QWidget* parent) : QDialog(parent), text_(new QPlainTextEdit(this)) {
     setObjectName("InstErrorForm");
     setWindowTitle("Message from Instrument");
+    // It may come while the user types into another window.
+    setAttribute(Qt::WA_ShowWithoutActivating);
     text_->setObjectName("Message");
     text_->setAccessibleName("Messages from the instrument");
     text_->setReadOnly(true);
