@@ -253,6 +253,18 @@ TEST_F(InputLoopTest, EndOfCastIsFoundInTheText) {
     EXPECT_TRUE(State().TransferEnded);
 }
 
+TEST_F(InputLoopTest, EndOfCastIsFoundHoweverTheTextComes) {
+    State().TransferActive = true;
+    for (const std::string text : {"1,2\r\nEnd of Cast\r\n", "1,2\r\n'done\r\n"}) {
+        for (std::size_t cut = 0; cut <= text.size(); ++cut) {
+            State().TransferEnded = false;
+            Hear(text.substr(0, cut));
+            Hear(text.substr(cut));
+            EXPECT_TRUE(State().TransferEnded) << text << cut;
+        }
+    }
+}
+
 TEST_F(InputLoopTest, EndOfCastInTheWordsOfOlderFirmware) {
     State().TransferActive = true;
     Hear("0,'Do");
