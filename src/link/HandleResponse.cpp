@@ -26,9 +26,8 @@ void HandleDelCast(InstrumentLink& window) {
     bool deleted = false;
     bool asked = false;
     for (std::string& line : ReplyLines(state)) {
-        const std::string lower = LowerCase(line);
-        if (Holds(lower, "no cast") || Holds(lower, "deleted")) deleted = true;
-        if (!Holds(lower, "yes to delete")) continue;
+        if (HoldsIgnoringCase(line, "no cast") || HoldsIgnoringCase(line, "deleted")) deleted = true;
+        if (!HoldsIgnoringCase(line, "yes to delete")) continue;
         window.QueueOutput("YES\r");
         line.clear();
         asked = true;
@@ -58,9 +57,8 @@ void HandleFl(InstrumentLink& window) {
 void HandleWake(InstrumentLink& window) {
     constexpr std::array<std::string_view, 6> kWords{"ready", "woke", "wak", "cv2", "cv6", "cv4"};
     for (const std::string& line : ReplyLines(window.State)) {
-        const std::string lower = LowerCase(line);
         const bool awake = std::any_of(kWords.begin(), kWords.end(),
-                                       [&](std::string_view word) { return Holds(lower, word); });
+                                       [&](std::string_view word) { return HoldsIgnoringCase(line, word); });
         if (!awake) continue;
         window.State.InstState = InstStateCode::Waking;
         window.State.CurrentCommand.clear();
@@ -98,7 +96,7 @@ void HandleCcf(InstrumentLink& window) {
 
 void HandleVer(InstrumentLink& window) {
     for (const std::string& line : ReplyLines(window.State)) {
-        if (!Holds(LowerCase(line), "firmware")) continue;
+        if (!HoldsIgnoringCase(line, "firmware")) continue;
         window.State.FirmwareVersion = NumberText(FirstNumber(line));
         return;
     }
@@ -109,9 +107,9 @@ void HandleClearLog(InstrumentLink& window) {
     constexpr std::string_view kQuestion = "yes to erase";
     const std::string_view partial = IsDelphFamily(state.InstType) ? std::string_view("erase") : kQuestion;
     const auto lines = ReplyLines(state);
-    const bool asked = Holds(LowerCase(state.InputText.Text()), partial) ||
+    const bool asked = HoldsIgnoringCase(state.InputText.Text(), partial) ||
                        std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
-                           return Holds(LowerCase(line), kQuestion);
+                           return HoldsIgnoringCase(line, kQuestion);
                        });
     if (!asked) return;
     window.QueueOutput("YES\r");
