@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/DepthUnits.h"
 #include "common/Numbers.h"
 
 namespace marisonde {
@@ -103,8 +104,7 @@ void LivePlot::AddSample(const RawSample& raw, const CalibratedSample& sample) {
 
 void LivePlot::StoreCoordinates(const CalibratedSample& sample) {
     if (plotStartTime_ == 0) plotStartTime_ = sample.Time;
-    depth_ = sample.Depth;
-    if (!depthInMeters_) depth_ = depth_ * 39.37 / 12;
+    depth_ = depthInMeters_ ? sample.Depth : FeetFromMeters(sample.Depth);
     minutes_ = (sample.Time - plotStartTime_) / kDaysPerMinute;
     const bool paired = Secondary().NumSeries() != 0;
     if (PlotXType == PlotType::Distance) {

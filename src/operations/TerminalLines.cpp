@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "common/ConversionUtils.h"
+#include "common/DepthUnits.h"
 #include "common/Numbers.h"
 
 namespace marisonde {
@@ -16,7 +17,6 @@ constexpr std::size_t kGainWidth = 2;
 constexpr std::size_t kValueWidth = 11;
 constexpr std::size_t kNamedWidth = 20;  ///< a value with its name
 constexpr int kGainBits = 7;
-constexpr double kFeetPerMetre = 39.37 / 12;
 
 /// "MM/DD/YY hh:mm:ss", as instruments write it.
 std::string TimeText(double date) {
@@ -31,7 +31,7 @@ std::string ValueText(double value, int decimals) {
 }
 
 double DepthShown(const CalibratedSample& sample, const TerminalView& view) {
-    return view.metres ? sample.Depth : sample.Depth * kFeetPerMetre;
+    return view.metres ? sample.Depth : FeetFromMeters(sample.Depth);
 }
 
 /// Lines of normalised signals hold one count for each channel, verbose lines signal and reference.

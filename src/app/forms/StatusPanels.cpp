@@ -9,6 +9,7 @@
 
 #include "app/DataWindow.h"
 #include "app/forms/FormHelpers.h"
+#include "common/DepthUnits.h"
 #include "common/Numbers.h"
 #include "platform/Paths.h"
 
@@ -110,7 +111,7 @@ void StatusPanels::ShowReadouts(const DataWindow& window) {
     const DataWindowState& state = window.Link.State;
     const CalibratedSample& sample = state.CurrentSample;
     const bool metres = window.Plot.DepthInMeters();
-    const double depth = metres ? sample.Depth : sample.Depth * 39.37 / 12;
+    const double depth = metres ? sample.Depth : FeetFromMeters(sample.Depth);
     const QString none("---");
     SetText(depth_, state.HasSample ? WithUnit(depth, 2, metres ? "m" : "ft") : none);
     SetText(temperature_, state.HasSample ? WithUnit(sample.Temp, 2, "C") : none);
