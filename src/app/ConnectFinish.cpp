@@ -5,6 +5,7 @@
 #include "app/Connect.h"
 #include "app/SelectCal.h"
 #include "common/ConversionUtils.h"
+#include "common/DateText.h"
 #include "common/Numbers.h"
 #include "link/CalibrationFetch.h"
 #include "link/ReplyText.h"
@@ -33,9 +34,8 @@ double RemindDate(const Settings& settings, std::string_view serial) {
 
 void SaveRemindDate(Settings& settings, std::string_view serial, double date) {
     const CivilDate day = CivilFromDate(date);
-    const auto two = [](int n) { return (n < 10 ? "0" : "") + std::to_string(n); };
     settings.SaveSetting(serial, "RemindDate",
-                         two(day.month) + "/" + two(day.day) + "/" + std::to_string(day.year));
+                         TwoDigits(day.month) + "/" + TwoDigits(day.day) + "/" + std::to_string(day.year));
 }
 
 QCoro::Task<> Connector::FinishConnection(Operation& operation) {

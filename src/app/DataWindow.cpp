@@ -6,6 +6,7 @@
 #include "app/PlottedChannels.h"
 #include "app/WindowTitle.h"
 #include "common/ConversionUtils.h"
+#include "common/DateText.h"
 #include "common/Numbers.h"
 #include "decode/Decoders.h"
 #include "files/DatFile.h"
@@ -331,14 +332,13 @@ std::string DataWindow::WhereDataAre() const {
 
 std::string DataWindow::DefaultFileName() const {
     const CivilDate now = CivilFromDate(app_.clock.Now());
-    const auto two = [](int n) { return std::string(n < 10 ? "0" : "") + std::to_string(n); };
     std::string name =
         Link.CalData.Serial.empty() ? std::string(InstTypeName(Link.State.InstType)) : Link.CalData.Serial;
     // A point would begin the extension, which every file of the pair has its own.
     for (char& c : name)
         if (c == '/' || c == '\\' || c == ':' || c == '.') c = '_';
-    name += " " + std::to_string(now.year) + "-" + two(now.month) + "-" + two(now.day);
-    return name + " " + two(now.hour) + two(now.minute) + two(now.second);
+    name += " " + std::to_string(now.year) + "-" + TwoDigits(now.month) + "-" + TwoDigits(now.day);
+    return name + " " + TwoDigits(now.hour) + TwoDigits(now.minute) + TwoDigits(now.second);
 }
 
 }  // namespace marisonde

@@ -5,6 +5,7 @@
 
 #include "calibration/CalibrationDataClass.h"
 #include "common/ConversionUtils.h"
+#include "common/DateText.h"
 #include "common/Numbers.h"
 #include "common/Version.h"
 
@@ -87,29 +88,12 @@ void Model(std::string& out, const Source& from) {
     out += InstTypeName(from.cal.InstType);
 }
 
-void AppendPadded(std::string& out, int value) {
-    if (value < 10) out += '0';
-    out += std::to_string(value);
-}
-
 /// "MM/DD/YY hh:mm:ss"; the day of the older layouts has no leading zero.
 void AppendDate(std::string& out, double date, bool paddedDay) {
-    const CivilDate civil = CivilFromDate(date);
-    AppendPadded(out, civil.month);
-    out += '/';
-    if (paddedDay) {
-        AppendPadded(out, civil.day);
-    } else {
-        out += std::to_string(civil.day);
-    }
-    out += '/';
-    AppendPadded(out, ((civil.year % 100) + 100) % 100);
-    out += ' ';
-    AppendPadded(out, civil.hour);
-    out += ':';
-    AppendPadded(out, civil.minute);
-    out += ':';
-    AppendPadded(out, civil.second);
+    constexpr std::size_t kDayPlace = 3;
+    std::string text = DateText(date);
+    if (!paddedDay && text[kDayPlace] == '0') text.erase(kDayPlace, 1);
+    out += text;
 }
 
 /// Seconds since the family's epoch, then the same time in words.

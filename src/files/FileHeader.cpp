@@ -1,15 +1,11 @@
 #include "files/FileHeader.h"
 
 #include "common/ConversionUtils.h"
+#include "common/DateText.h"
 
 namespace marisonde {
 
 namespace {
-
-void AppendTwoDigits(std::string& out, int number) {
-    out += static_cast<char>('0' + number / 10 % 10);
-    out += static_cast<char>('0' + number % 10);
-}
 
 void AppendOneLine(std::string& out, std::string_view text) {
     for (const char c : text) out += c == '\r' || c == '\n' ? ' ' : c;
@@ -21,23 +17,6 @@ std::string_view OrModel(std::string_view text, InstTypeCode type) {
 }
 
 }  // namespace
-
-std::string CreationDateText(double date) {
-    const CivilDate civil = CivilFromDate(date);
-    std::string text;
-    AppendTwoDigits(text, civil.month);
-    text += '/';
-    AppendTwoDigits(text, civil.day);
-    text += '/';
-    AppendTwoDigits(text, civil.year);
-    text += ' ';
-    AppendTwoDigits(text, civil.hour);
-    text += ':';
-    AppendTwoDigits(text, civil.minute);
-    text += ':';
-    AppendTwoDigits(text, civil.second);
-    return text;
-}
 
 std::optional<double> CreationDateFrom(std::string_view text) {
     constexpr std::string_view kForm = "00/00/00 00:00:00";
@@ -62,7 +41,7 @@ void AppendCommonHeader(std::string& out, const HeaderStamp& stamp, const Header
     }
     AppendKey(out, "[Header]", "");
     AppendKey(out, "MarisondeVersion=", kVersion);
-    AppendKey(out, "CreationDate=", CreationDateText(stamp.date));
+    AppendKey(out, "CreationDate=", DateText(stamp.date));
     AppendKey(out, "FileType=", fields.fileType);
     AppendKey(out, "DeviceType=", InstTypeName(fields.type));
     AppendKey(out, "DataSource=", OrModel(fields.dataSource, fields.type));

@@ -31,9 +31,7 @@ struct HeaderFields {
 /// on one line, with blanks for the breaks, so that no text can be taken for a key or a section.
 void AppendCommonHeader(std::string& out, const HeaderStamp& stamp, const HeaderFields& fields);
 
-/// "07/04/11 09:15:22" for a date in days since 30 December 1899.
-std::string CreationDateText(double date);
-/// The date of such a text, of the years 2000 to 2099; nullopt when it is none.
+/// The date of a text like "07/04/11 09:15:22", of the years 2000 to 2099; nullopt when it is none.
 std::optional<double> CreationDateFrom(std::string_view text);
 
 /// Appends key, text and line end; line breaks within the text become blanks.

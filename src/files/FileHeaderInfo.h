@@ -20,7 +20,7 @@ struct FileHeaderInfo {
     std::string ID;
     std::string DataSource;
     std::string CalSource;
-    std::string CreationDate;  ///< as CreationDateText writes it
+    std::string CreationDate;  ///< as DateText writes it
 
     bool operator==(const FileHeaderInfo&) const = default;
 };

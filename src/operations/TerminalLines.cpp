@@ -3,7 +3,7 @@
 #include <array>
 #include <cmath>
 
-#include "common/ConversionUtils.h"
+#include "common/DateText.h"
 #include "common/DepthUnits.h"
 #include "common/Numbers.h"
 
@@ -17,14 +17,6 @@ constexpr std::size_t kGainWidth = 2;
 constexpr std::size_t kValueWidth = 11;
 constexpr std::size_t kNamedWidth = 20;  ///< a value with its name
 constexpr int kGainBits = 7;
-
-/// "MM/DD/YY hh:mm:ss", as instruments write it.
-std::string TimeText(double date) {
-    const CivilDate d = CivilFromDate(date);
-    const auto two = [](int n) { return std::string(n < 10 ? "0" : "") + std::to_string(n); };
-    return two(d.month) + "/" + two(d.day) + "/" + two(d.year % 100) + " " + two(d.hour) + ":" +
-           two(d.minute) + ":" + two(d.second);
-}
 
 std::string ValueText(double value, int decimals) {
     return std::isfinite(value) && std::fabs(value) < kSentinel ? FixedText(value, decimals) : "---";
@@ -46,7 +38,7 @@ void AppendCounts(std::string& line, LineKind kind, const RawSample& raw, std::s
 std::string CorvaneLine(LineKind kind, InstTypeCode model, const RawSample& raw,
                         const CalibratedSample& sample, const TerminalView& view) {
     const auto channels = static_cast<std::size_t>(ChannelSlots(model));
-    std::string line = PadRight(TimeText(sample.Time), kTimeWidth);
+    std::string line = PadRight(DateText(sample.Time), kTimeWidth);
     AppendCounts(line, kind, raw, channels);
     for (std::size_t ch = 0; ch < channels; ++ch)
         line += PadRight(std::to_string(raw.Gain[ch] & kGainBits), kGainWidth);
