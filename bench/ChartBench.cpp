@@ -197,11 +197,3 @@ BENCHMARK(FirstPaintOfLibraryPlot)->Unit(benchmark::kMillisecond);
 BENCHMARK(FirstPaintOfEmptyView)->Unit(benchmark::kMillisecond);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

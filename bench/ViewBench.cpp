@@ -145,11 +145,3 @@ BENCHMARK(ShowAllInDepth)->Unit(benchmark::kMillisecond);
 BENCHMARK(MoveTheMouse)->Unit(benchmark::kMillisecond);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

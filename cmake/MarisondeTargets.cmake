@@ -59,10 +59,10 @@ function(marisonde_library name folder)
   _marisonde_warnings(${name})
 endfunction()
 
-# marisonde_test(<folder> [PRECOMPILED <header>] DEPS <targets>...): the program <folder>_tests of
-# tests/<folder>/*.cpp. Tests are built once and run once: what they cost is their compiling.
+# marisonde_test(<folder> [QT|FORMS] [PRECOMPILED <header>] DEPS <targets>...): the program <folder>_tests of
+# tests/<folder>/*.cpp, QT where an event loop is wanted, FORMS where windows are shown. Tests are built once and run once: what they cost is their compiling.
 function(marisonde_test folder)
-  cmake_parse_arguments(ARG "QT" "PRECOMPILED" "DEPS" ${ARGN})
+  cmake_parse_arguments(ARG "QT;FORMS" "PRECOMPILED" "DEPS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
   if(NOT sources)
     return()
@@ -70,10 +70,14 @@ function(marisonde_test folder)
   string(REPLACE "/" "_" name ${folder})
   add_executable(${name}_tests ${sources})
   target_link_libraries(${name}_tests PRIVATE ${ARG_DEPS} test_support GTest::gmock)
-  if(NOT ARG_QT)
+  if(ARG_FORMS)
+    target_link_libraries(${name}_tests PRIVATE test_main_forms)
+  elseif(ARG_QT)
+    target_link_libraries(${name}_tests PRIVATE test_main_core)
+  else()
     target_link_libraries(${name}_tests PRIVATE GTest::gtest_main)
   endif()
-  if(ARG_QT)
+  if(ARG_QT OR ARG_FORMS)
     set_target_properties(${name}_tests PROPERTIES AUTOMOC ON)
   endif()
   if(ARG_PRECOMPILED)
@@ -87,10 +91,14 @@ function(marisonde_test folder)
                        PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()
 
-# marisonde_bench(<name> DEPS <targets>...): bench/<name>.cpp with Google Benchmark.
+# marisonde_bench(<name> [OFFSCREEN] DEPS <targets>...): bench/<name>.cpp with Google Benchmark, OFFSCREEN with
+# the windows that it measures.
 function(marisonde_bench name)
-  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  cmake_parse_arguments(ARG "OFFSCREEN" "" "DEPS" ${ARGN})
   add_executable(${name} ${name}.cpp)
+  if(ARG_OFFSCREEN)
+    target_sources(${name} PRIVATE OffscreenMain.cpp)
+  endif()
   target_link_libraries(${name} PRIVATE ${ARG_DEPS} benchmark::benchmark)
   _marisonde_warnings(${name})
 endfunction()
