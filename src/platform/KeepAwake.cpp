@@ -22,21 +22,43 @@ class NoInhibitor final : public SleepInhibitor {
 
 #ifdef MARISONDE_DBUS
 
+/// Where the system's message bus listens.
+QString SystemBusAddress() {
+    const QString given = qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS");
+    return given.isEmpty() ? "unix:path=/var/run/dbus/system_bus_socket" : given;
+}
+
+QDBusMessage GreetingOfBus() {
+    return QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                          "org.freedesktop.DBus", "Hello");
+}
+
+QDBusMessage InhibitCall() {
+    QDBusMessage call = QDBusMessage::createMethodCall("org.freedesktop.login1", "/org/freedesktop/login1",
+                                                       "org.freedesktop.login1.Manager", "Inhibit");
+    call << "idle:sleep"
+         << "Marisonde"
+         << "An instrument is sending data"
+         << "block";
+    return call;
+}
+
 /// The login manager hands out a descriptor: the computer stays awake until it is closed, also by the end of
-/// the program, however that comes about.
+/// the program, however that comes about. Nothing waits for the bus, for one that does not answer must not
+/// hold up an instrument: the bus is taken for a plain peer and greeted by hand, because the toolkit's own
+/// way to it stands still until the greeting is returned.
 class LoginManagerInhibitor final : public SleepInhibitor {
   public:
+    ~LoginManagerInhibitor() override { Release(); }
+    LoginManagerInhibitor() = default;
+    LoginManagerInhibitor(const LoginManagerInhibitor&) = delete;
+    LoginManagerInhibitor& operator=(const LoginManagerInhibitor&) = delete;
+
     void Hold() override {
-        const QDBusConnection bus = QDBusConnection::systemBus();
+        const QDBusConnection bus = QDBusConnection::connectToPeer(SystemBusAddress(), kConnection);
         if (!bus.isConnected()) return;
-        QDBusMessage call = QDBusMessage::createMethodCall(
-            "org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.login1.Manager", "Inhibit");
-        call << "idle:sleep"
-             << "Marisonde"
-             << "An instrument is sending data"
-             << "block";
-        // Asked without waiting: a bus that does not answer must not hold up an instrument.
-        watcher_ = std::make_unique<QDBusPendingCallWatcher>(bus.asyncCall(call));
+        bus.asyncCall(GreetingOfBus());
+        watcher_ = std::make_unique<QDBusPendingCallWatcher>(bus.asyncCall(InhibitCall()));
         QObject::connect(watcher_.get(), &QDBusPendingCallWatcher::finished, watcher_.get(), [this] {
             const QDBusPendingReply<QDBusUnixFileDescriptor> reply = *watcher_;
             if (!reply.isError()) held_ = reply.value();
@@ -45,9 +67,12 @@ class LoginManagerInhibitor final : public SleepInhibitor {
     void Release() override {
         watcher_.reset();
         held_ = QDBusUnixFileDescriptor();
+        QDBusConnection::disconnectFromPeer(kConnection);
     }
 
   private:
+    static constexpr const char* kConnection = "Marisonde keeps the computer awake";
+
     std::unique_ptr<QDBusPendingCallWatcher> watcher_;
     QDBusUnixFileDescriptor held_;
 };
