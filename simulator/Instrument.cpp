@@ -22,6 +22,8 @@ constexpr std::size_t kLongestCommand = 200;
 constexpr std::size_t kLongestFileLine = 4096;
 constexpr std::size_t kLongestInbox = 4096;
 constexpr char kCancel = 3;
+constexpr char kBackspace = 8;
+constexpr char kDelete = 127;
 // Housekeeping comes about this often, and no more than before every tenth sample.
 constexpr double kUsualExtraS = 10;
 
@@ -290,13 +292,24 @@ void Instrument::HearByte(char byte) {
         if (state_ == State::Downloading) RunCommand("STOP");
         return;
     }
-    if (echo_ && state_ != State::Sampling && state_ != State::Downloading)
-        Send(byte == '\r' ? "\r\n" : std::string_view(&byte, 1));
+    if (byte == kBackspace || byte == kDelete) return RubOut();
+    Echo(byte == '\r' ? "\r\n" : std::string_view(&byte, 1));
     if (byte == '\r') {
         RunLine(std::exchange(command_, {}));
     } else if (command_.size() < (files_.Capturing() ? kLongestFileLine : kLongestCommand)) {
         command_ += byte;
     }
+}
+
+void Instrument::Echo(std::string_view bytes) {
+    if (echo_ && state_ != State::Sampling && state_ != State::Downloading) Send(bytes);
+}
+
+/// Takes the last character of the line back, on the screen of a terminal too.
+void Instrument::RubOut() {
+    if (command_.empty()) return;
+    command_.pop_back();
+    Echo("\b \b");
 }
 
 void Instrument::HearWhatWaited() {

@@ -184,6 +184,8 @@ class Instrument {
     [[nodiscard]] bool BetweenBursts() const;
     void HearByte(char byte);
     void HearInBlock(char byte);
+    void Echo(std::string_view bytes);
+    void RubOut();
     void HearWhatWaited();
     void TransferBlock(std::unique_ptr<BlockTransfer> transfer, std::function<void()> whenOver);
     void EndBlock();

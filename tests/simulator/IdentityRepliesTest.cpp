@@ -100,6 +100,17 @@ TEST(Echo, GoesOffAndOn) {
     EXPECT_EQ(talk.Ask("VER"), "Firmware version 1.85\r\n");
 }
 
+TEST(Echo, ABackspaceTakesACharacterOffTheLineAndTheScreen) {
+    for (const std::string rubOut : {"\b", "\x7f"}) {
+        Conversation talk(Model::Delph2);
+        EXPECT_EQ(talk.AskWithEcho(rubOut), "") << "an empty line has nothing to lose";
+        EXPECT_EQ(talk.AskWithEcho("VEX" + rubOut), "VEX\b \b");
+        EXPECT_EQ(talk.AskWithEcho("R\r"), "R\r\nFirmware version 1.85\r\n");
+        talk.AskWithEcho("ECHOOFF\r");
+        EXPECT_EQ(talk.AskWithEcho("I" + rubOut + rubOut + "VER\r"), "Firmware version 1.85\r\n");
+    }
+}
+
 TEST(Echo, EachCharacterComesBackAsItIsTyped) {
     Conversation talk(Model::Delph2);
     EXPECT_EQ(talk.AskWithEcho("V", 20ms), "V");
