@@ -21,11 +21,6 @@ PlottedChannel PlaceOf(InstTypeCode model, int box) {
     return channel;
 }
 
-std::string NameOf(const CalibrationDataClass& cal, int index) {
-    const std::string& name = cal.Channel(index).name;
-    return name.empty() ? "Channel " + std::to_string(index + 1) : name;
-}
-
 /// A Delph may have more channels than its lines and its calibration carry; those give no attenuation to
 /// show. Of a calibrated file only the names are known.
 bool HasCalibration(InstTypeCode model, const CalibrationDataClass& cal, int index) {
@@ -42,7 +37,7 @@ std::vector<PlottedChannel> PlottedChannels(InstTypeCode model, const Calibratio
     for (int i = 0; i < DataBoxCount(model); ++i) {
         PlottedChannel channel = PlaceOf(model, first + i);
         channel.number = i;
-        channel.name = NameOf(cal, i);
+        channel.name = cal.ChannelName(i);
         const bool fluorescence = IsCorvaneFamily(model) && i >= ChannelsShown(model);
         channel.unit = fluorescence ? "" : kPerMeter;
         wavelengths.push_back(WavelengthOfChannel(FirstNumber(channel.name), cal.Channel(i).lambda));

@@ -183,6 +183,11 @@ void CalibrationDataClass::SetKkTauP(int ch, int index, double value) {
     attenuation.KkTauP.Set(index, value, static_cast<double>(attenuation.KP(2)));
 }
 
+std::string CalibrationDataClass::ChannelName(int ch) const {
+    const std::string& name = Channel(ch).name;
+    return name.empty() ? "Channel " + std::to_string(ch + 1) : name;
+}
+
 int CalibrationDataClass::bChannels() const {
     return IsCorvaneFamily(InstType) || IsTidalFamily(InstType) ? ChannelsShown(InstType) : 0;
 }

@@ -105,6 +105,8 @@ class CalibrationDataClass {
     void SetKkTauP(int ch, int index, double value);
 
     // --- questions -------------------------------------------------------------------------------
+    /// The channel's name, or "Channel 1" and so on where the calibration gives none.
+    [[nodiscard]] std::string ChannelName(int ch) const;
     /// Backscatter channels: 6, 4, 2 Corvane, 1 Tidal, otherwise 0.
     [[nodiscard]] int bChannels() const;
     /// Channels with values in data lines: 8, 4, 3 Corvane, 1 Tidal, 0 Delph, -1 unknown.

@@ -27,8 +27,12 @@ double DepthShown(const CalibratedSample& sample, const TerminalView& view) {
 }
 
 /// Lines of normalised signals hold one count for each channel, verbose lines signal and reference.
+bool IsNormalised(LineKind kind) {
+    return kind == LineKind::CorvaneHex || kind == LineKind::CorvaneHexHundredths;
+}
+
 void AppendCounts(std::string& line, LineKind kind, const RawSample& raw, std::size_t channels) {
-    const bool normalised = kind == LineKind::CorvaneHex || kind == LineKind::CorvaneHexHundredths;
+    const bool normalised = IsNormalised(kind);
     for (std::size_t ch = 0; ch < channels; ++ch) {
         line += PadRight(std::to_string(normalised ? raw.Snorm[ch] : raw.Sig[ch]), kCountWidth);
         if (!normalised) line += PadRight(std::to_string(raw.Ref[ch]), kCountWidth);
@@ -48,6 +52,34 @@ std::string CorvaneLine(LineKind kind, InstTypeCode model, const RawSample& raw,
     }
     line += PadRight(ValueText(DepthShown(sample, view), 2), kValueWidth);
     return line + ValueText(sample.Temp, 2);
+}
+
+std::string CorvaneGroups(LineKind kind, InstTypeCode model, const TerminalView& view) {
+    const auto channels = static_cast<std::size_t>(ChannelSlots(model));
+    const auto backscatter = static_cast<std::size_t>(ChannelsShown(model));
+    std::string line(kTimeWidth, ' ');
+    line += IsNormalised(kind) ? PadRight("Counts", channels * kCountWidth)
+                               : PadRight("Signal and reference", 2 * channels * kCountWidth);
+    line += PadRight("Gains", channels * kGainWidth);
+    line += PadRight(view.sigmaCorrected ? "Sigma-corrected, 1/m" : "Not corrected, 1/m",
+                     backscatter * kValueWidth);
+    return line + "Fluorescence";
+}
+
+std::string CorvaneColumns(LineKind kind, InstTypeCode model, const CalibrationDataClass& cal,
+                           const TerminalView& view) {
+    const int channels = ChannelSlots(model);
+    std::string line = PadRight("Date and time", kTimeWidth);
+    for (int ch = 1; ch <= channels; ++ch) {
+        const std::string number = std::to_string(ch);
+        line += PadRight(IsNormalised(kind) ? number : "S" + number, kCountWidth);
+        if (!IsNormalised(kind)) line += PadRight("R" + number, kCountWidth);
+    }
+    for (int ch = 1; ch <= channels; ++ch) line += PadRight(std::to_string(ch), kGainWidth);
+    for (int ch = 0; ch < channels; ++ch)
+        line += PadRight(cal.ChannelName(ch).substr(0, kValueWidth - 1), kValueWidth);
+    line += PadRight(view.metres ? "Depth, m" : "Depth, ft", kValueWidth);
+    return line + "Temp, C";
 }
 
 std::string TidalLine(InstTypeCode model, const CalibratedSample& sample, const TerminalView& view) {
@@ -87,6 +119,12 @@ std::string TerminalLine(LineKind kind, InstTypeCode model, const RawSample& raw
     if (IsCorvaneFamily(model)) return CorvaneLine(kind, model, raw, sample, view);
     if (IsTidalFamily(model)) return TidalLine(model, sample, view);
     return "";
+}
+
+std::string TerminalHeadings(LineKind kind, InstTypeCode model, const CalibrationDataClass& cal,
+                             const TerminalView& view) {
+    if (!IsCorvaneFamily(model)) return "";
+    return CorvaneGroups(kind, model, view) + "\n" + CorvaneColumns(kind, model, cal, view);
 }
 
 }  // namespace marisonde

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "calibration/CalibratedSample.h"
+#include "calibration/CalibrationDataClass.h"
 #include "common/InstTypes.h"
 #include "decode/LineKind.h"
 #include "decode/RawSample.h"
@@ -24,5 +25,10 @@ std::string PadRight(std::string_view text, std::size_t width);
 /// `sample.Time` is a date: the caller stamps what had none.
 std::string TerminalLine(LineKind kind, InstTypeCode model, const RawSample& raw,
                          const CalibratedSample& sample, const TerminalView& view);
+
+/// What stands over the columns of such lines, in two lines: what groups of columns hold, and each column.
+/// Empty for models whose lines name their values.
+std::string TerminalHeadings(LineKind kind, InstTypeCode model, const CalibrationDataClass& cal,
+                             const TerminalView& view);
 
 }  // namespace marisonde

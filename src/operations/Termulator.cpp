@@ -35,6 +35,18 @@ bool IsOneDataLine(std::string_view text) {
     return line.find('\r') == std::string_view::npos && ClassifyLine(line) != LineKind::Other;
 }
 
+/// As a screen shows it: a backspace takes the character before it back, and ends at the beginning.
+std::string OnScreen(std::string_view text) {
+    std::string shown;
+    for (const char c : text) {
+        if (c != TypedLine::kBackspace)
+            shown += c;
+        else if (!shown.empty())
+            shown.pop_back();
+    }
+    return shown;
+}
+
 /// Starts sampling, with or without an argument. STARTDELAY and the like do not.
 bool StartsSampling(std::string_view command) {
     constexpr std::string_view kStart = "START";
@@ -142,7 +154,13 @@ void Termulator::AddLineToDataBox(std::string_view text) {
     data_.Append(text);
 }
 
+void Termulator::DataClear() {
+    data_.CutBack(0);
+    headings_.clear();
+}
+
 void Termulator::UpdateTerm(const Converter* converter, const TerminalView& view) {
+    if (!Numerical || converter == nullptr) headings_.clear();
     while (link_.TermQueue.GetNext(line_)) {
         const LineKind kind = ClassifyLine(line_);
         if (kind == LineKind::Other)
@@ -160,7 +178,7 @@ void Termulator::UpdateTerm(const Converter* converter, const TerminalView& view
 void Termulator::AddReply(std::string_view line) {
     DropPartialLine();
     std::string text = response_.Text().ends_with('\r') ? "\n" : "";
-    ResponseAdd(text.append(line) + "\r");
+    ResponseAdd(text.append(OnScreen(line)) + "\r");
 }
 
 void Termulator::AddData(LineKind kind, const Converter* converter, const TerminalView& view) {
@@ -188,21 +206,23 @@ void Termulator::ReadDataLine(LineKind kind, const Converter* converter, const T
     if (!wanted || !decoded || !converter->Apply(raw_, sample_)) return;
     if (sample_.Time == 0) sample_.Time = link_.Time().Now();
     const std::string values = TerminalLine(kind, state.InstType, raw_, sample_, view);
-    if (!values.empty()) line_ = values;
+    if (values.empty()) return;
+    line_ = values;
+    headings_ = TerminalHeadings(kind, state.InstType, link_.CalData, view);
 }
 
-std::string_view Termulator::PartialLine() const {
+std::string Termulator::PartialLine() const {
     if (link_.State.DumpActive) return "";
     const std::string_view text = link_.State.InputText.Text().substr(0, kMaxPartialShown);
-    return MayBecomeData(text, link_.State.InstState) ? "" : text;
+    return MayBecomeData(text, link_.State.InstState) ? "" : OnScreen(text);
 }
 
 void Termulator::ShowPartialLine() {
-    const std::string_view text = PartialLine();
+    const std::string text = PartialLine();
     if (!text.starts_with(partial_)) DropPartialLine();
     if (text.size() == partial_.size()) return;
     std::string added = partial_.empty() && response_.Text().ends_with('\r') ? "\n" : "";
-    ResponseAdd(added.append(text.substr(partial_.size())));
+    ResponseAdd(added.append(text, partial_.size()));
     partial_ = text;
 }
 
@@ -218,7 +238,10 @@ std::string Termulator::TextToSave() const {
     std::string text = response_.Text();
     if (!text.empty()) text += text.ends_with('\r') ? "\n" : "\r\n";
     if (!data_.Text().empty() && !text.empty()) text += "\r\n";
-    return text + data_.Text();
+    std::string headings = headings_.empty() ? "" : headings_ + "\n";
+    for (std::size_t end = headings.find('\n'); end != std::string::npos; end = headings.find('\n', end + 2))
+        headings.insert(end, 1, '\r');
+    return text + headings + data_.Text();
 }
 
 }  // namespace marisonde

@@ -56,7 +56,9 @@ class Termulator {
     void ResponseRemoveDataLines();
     /// The box holds the newest kMaxData characters.
     void AddLineToDataBox(std::string_view text);
-    void DataClear() { data_.CutBack(0); }
+    void DataClear();
+    /// What stands over the columns of Data_Box, see TerminalHeadings; empty while it has none.
+    [[nodiscard]] const std::string& Headings() const { return headings_; }
 
     /// Shows what has come since the last tick: lines, each where it belongs, then the line that has not
     /// ended yet. `converter` is null while no calibration is ready.
@@ -73,14 +75,15 @@ class Termulator {
     void ReadDataLine(LineKind kind, const Converter* converter, const TerminalView& view);
     void ShowPartialLine();
     void DropPartialLine();
-    [[nodiscard]] std::string_view PartialLine() const;
+    [[nodiscard]] std::string PartialLine() const;
 
     InstrumentLink& link_;
     TerminalBox response_;
     TerminalBox data_;
     TypedLine typed_;
     std::size_t lastLineStart_ = 0;
-    std::string partial_;     ///< the line without end that stands at the end of the replies
+    std::string partial_;  ///< the line without end that stands at the end of the replies
+    std::string headings_;
     bool catchesUp_ = false;  ///< a recalled line waits in PendingOutput
 
     // The line at hand.

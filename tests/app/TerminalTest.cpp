@@ -42,6 +42,19 @@ TEST_F(TerminalTest, TypedCommandIsEchoedAndAnswered) {
     EXPECT_EQ(window->Link.State.FirmwareVersion, "1.85") << "the reply counts as the program's own";
 }
 
+TEST_F(TerminalTest, ATypedCommandCanBeCorrected) {
+    const auto window = Stopped(Model::Corvane4);
+    Run(*window, std::chrono::seconds(1));
+    window->Terminal.ResponseClear();
+    Type(*window, "VEX\b");
+    EXPECT_EQ(Replies(*window), "VE");
+    EXPECT_EQ(window->Terminal.Command_Box().Text(), "VE");
+    Type(*window, "R\r");
+    Run(*window, std::chrono::seconds(1));
+    EXPECT_TRUE(Replies(*window).starts_with("VER\r\nFirmware version 1.85\r")) << Replies(*window);
+    EXPECT_EQ(window->Link.State.FirmwareVersion, "1.85");
+}
+
 TEST_F(TerminalTest, TypedDirFillsTheDirectoryQueue) {
     const auto window = Stopped(Model::Corvane4);
     window->Link.State.GotDirEnd = true;
@@ -106,6 +119,28 @@ TEST_F(TerminalTest, ValuesAreThoseOfTheWindow) {
     EXPECT_TRUE(
         LastDataLine(*tidal).starts_with("a = " + FixedText(tidal->Link.State.CurrentSample.a, 5) + " "))
         << LastDataLine(*tidal);
+}
+
+TEST_F(TerminalTest, HeadingsComeWithTheValuesAndGoWithThem) {
+    const auto window = Simulated(Model::Corvane2, {});
+    Run(*window, std::chrono::seconds(5));
+    EXPECT_EQ(window->Terminal.Headings(), "");
+    window->Terminal.Numerical = true;
+    window->Terminal.DataClear();
+    Run(*window, std::chrono::seconds(5));
+    const std::string headings = window->Terminal.Headings();
+    EXPECT_NE(headings.find(window->Link.CalData.Channel(1).name), std::string::npos) << headings;
+    EXPECT_NE(headings.find("Depth, m"), std::string::npos);
+    // Saved text is read without the form.
+    const std::string saved = window->Terminal.TextToSave();
+    const std::size_t end = headings.find('\n');
+    EXPECT_NE(saved.find(headings.substr(0, end) + "\r\n" + headings.substr(end + 1) + "\r\n" +
+                         Data(*window).substr(0, 10)),
+              std::string::npos)
+        << saved;
+    window->Terminal.Numerical = false;
+    Run(*window, kTick);
+    EXPECT_EQ(window->Terminal.Headings(), "");
 }
 
 TEST_F(TerminalTest, WithoutACalibrationLinesStayAsTheyCame) {

@@ -254,6 +254,32 @@ TEST_F(TermulatorFormTest, ValuesAreChosenAndRemembered) {
     EXPECT_EQ(second->geometry(), QRect(50, 60, 700, 480));
 }
 
+TEST_F(TermulatorFormTest, HeadingsStandOverTheColumnsAndMoveWithThem) {
+    MainForm* const form = Sampling(Model::Corvane6);
+    TermulatorForm* const terminal = Terminal(form);
+    auto* const headings = The<QWidget>(terminal, "Headings");
+    Run(std::chrono::seconds(3));
+    EXPECT_FALSE(headings->isVisible()) << "lines as they came have no columns";
+    The<QRadioButton>(terminal, "Numerical")->click();
+    terminal->resize(500, 500);
+    Run(std::chrono::seconds(3));
+    EXPECT_TRUE(headings->isVisible());
+    const auto* const label = headings->findChild<QLabel*>();
+    EXPECT_EQ(label->text().toStdString(), form->Window().Terminal.Headings());
+
+    auto* const data = The<QPlainTextEdit>(terminal, "Data_Box");
+    const auto leftOfText = [data] {
+        QTextCursor behindLastLine(data->document());
+        behindLastLine.movePosition(QTextCursor::End);
+        return data->viewport()->mapToGlobal(data->cursorRect(behindLastLine).topLeft()).x();
+    };
+    EXPECT_NEAR(label->mapToGlobal(QPoint()).x(), leftOfText(), 1);
+    ASSERT_GT(data->horizontalScrollBar()->maximum(), 50);
+    data->horizontalScrollBar()->setValue(50);
+    EXPECT_NEAR(label->mapToGlobal(QPoint()).x(), leftOfText(), 1);
+    EXPECT_LT(label->x(), 0);
+}
+
 TEST_F(TermulatorFormTest, BeamSensorsHaveNoChoice) {
     MainForm* const form = Sampling(Model::Delph2);
     TermulatorForm* const terminal = Terminal(form);
@@ -298,7 +324,13 @@ TEST_F(TermulatorFormTest, CopyTakesTheSelectionAndElseInterrupts) {
     auto* const box = The<QPlainTextEdit>(terminal, "Response_Box");
     QTest::keyClick(box, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(port->TakeWritten(), "\x03");
+    const auto mayCopy = [terminal] {
+        emit The<QMenu>(terminal, "TermEdit_menu")->aboutToShow();
+        return The<QAction>(terminal, "CopyItem")->isEnabled();
+    };
+    EXPECT_FALSE(mayCopy());
     box->selectAll();
+    EXPECT_TRUE(mayCopy());
     QTest::keyClick(box, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(port->TakeWritten(), "");
     EXPECT_EQ(QApplication::clipboard()->text(), "ready");

@@ -82,6 +82,43 @@ TEST_F(CorvaneLineTest, EachModelHasItsChannels) {
     EXPECT_EQ(length(InstTypeCode::Corvane6), 19U + 8 * 19 + 11);
 }
 
+TEST_F(CorvaneLineTest, HeadingsStandOverTheirColumns) {
+    CalibrationDataClass cal;
+    cal.InstType = InstTypeCode::Corvane2;
+    for (int ch = 0; ch < 2; ++ch)
+        cal.EditChannel(ch).name = std::array<std::string, 2>{"bb(470)", "a name that is too long"}.at(ch);
+    EXPECT_EQ(
+        TerminalHeadings(LineKind::CorvaneHex, InstTypeCode::Corvane2, cal, {}),
+        "                   Counts            Gains Sigma-corrected, 1/m  Fluorescence\n"
+        "Date and time      1     2     3     1 2 3 bb(470)    a name tha Channel 3  Depth, m   Temp, C");
+    EXPECT_EQ(
+        TerminalHeadings(LineKind::CorvaneVerbose, InstTypeCode::Corvane2, cal, {false, false}),
+        "                   Signal and reference                Gains Not corrected, 1/m    Fluorescence\n"
+        "Date and time      S1    R1    S2    R2    S3    R3    1 2 3 "
+        "bb(470)    a name tha Channel 3  Depth, ft  Temp, C");
+}
+
+TEST_F(CorvaneLineTest, EachValueBeginsUnderItsHeading) {
+    const CalibrationDataClass cal;
+    for (const LineKind kind : {LineKind::CorvaneHexHundredths, LineKind::CorvaneVerboseTimed})
+        for (const InstTypeCode model :
+             {InstTypeCode::Corvane2, InstTypeCode::Corvane4, InstTypeCode::Corvane6}) {
+            const std::string headings = TerminalHeadings(kind, model, cal, {});
+            const std::string columns = headings.substr(headings.find('\n') + 1);
+            const std::string line = TerminalLine(kind, model, raw, sample, {});
+            EXPECT_EQ(columns.find("Channel 1"), line.find("0.00123"));
+            EXPECT_EQ(columns.find("Channel 2"), line.find("0.20000"));
+            EXPECT_EQ(columns.find("Depth"), line.find("12.50"));
+            EXPECT_EQ(columns.find("Temp"), line.find("14.25"));
+        }
+}
+
+TEST(TerminalHeadingsTest, ModelsWhoseLinesNameTheirValuesHaveNone) {
+    for (const InstTypeCode model : {InstTypeCode::LTidal, InstTypeCode::NTidal, InstTypeCode::XTidal,
+                                     InstTypeCode::Fathom2, InstTypeCode::Delph6, InstTypeCode::Unknown})
+        EXPECT_EQ(TerminalHeadings(LineKind::TidalShort, model, {}, {}), "");
+}
+
 class TidalLineTest : public testing::Test {
   protected:
     TidalLineTest() {

@@ -244,6 +244,19 @@ TEST_F(TermulatorTest, ALineInPiecesGrowsInPlace) {
     EXPECT_EQ(Replies(), "echo\r\nYes to erase?\r");
 }
 
+TEST_F(TermulatorTest, ABackspaceOfTheEchoIsCarriedOut) {
+    Arrive("ready\r\nVEX");
+    EXPECT_EQ(Replies(), "ready\r\nVEX");
+    Arrive("\b \b");
+    EXPECT_EQ(Replies(), "ready\r\nVE");
+    Arrive("\b \b\b \b\b \b");
+    EXPECT_EQ(Replies(), "ready\r") << "no further than to the beginning of its line";
+    Arrive("ID\b");
+    EXPECT_EQ(Replies(), "ready\r\nI");
+    Arrive(" \bX\b \bD\r\nModel\r\n");
+    EXPECT_EQ(Replies(), "ready\r\nID\r\nModel\r");
+}
+
 TEST_F(TermulatorTest, DataOfEveryKindGoToTheDataBox) {
     std::vector<std::string> lines;
     for (const char letter : {'D', 'T', 'H', 'V', 'A', 'C', 'I'})

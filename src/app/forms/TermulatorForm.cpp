@@ -14,6 +14,7 @@
 #include <array>
 
 #include "app/WindowTitle.h"
+#include "app/forms/ColumnHeadings.h"
 #include "app/forms/FormHelpers.h"
 #include "app/forms/TerminalBoxView.h"
 #include "common/ConversionUtils.h"
@@ -68,6 +69,8 @@ void TermulatorForm::MakeBoxes() {
     data_->setPlaceholderText("Data lines appear here.");
     data_->setLineWrapMode(QPlainTextEdit::NoWrap);
     data_->setMinimumHeight(0);
+    headings_ = new ColumnHeadings(*data_, this);
+    headings_->setObjectName("Headings");
     command_ = new QLineEdit(this);
     command_->setObjectName("Command_Box");
     command_->setAccessibleName("Command to the instrument");
@@ -116,6 +119,7 @@ QWidget* TermulatorForm::MakeLowerPart() {
     column->setContentsMargins(8, 4, 8, 4);
     column->setSpacing(6);
     column->addWidget(options_);
+    column->addWidget(headings_);
     column->addWidget(data_, 1);
     return part;
 }
@@ -152,6 +156,7 @@ void TermulatorForm::Refresh() {
     if (!isVisible()) return;
     response_->Follow(window_.Terminal.Response_Box());
     data_->Follow(window_.Terminal.Data_Box());
+    headings_->SetHeadings(window_.Terminal.Headings());
     ShowTyped();
     options_->setVisible(window_.Terminal.OffersNumerical());
     const QString title = FromText(TerminalTitle(window_));

@@ -17,6 +17,7 @@ class QSplitter;
 
 namespace marisonde {
 
+class ColumnHeadings;
 class TerminalBoxView;
 
 /// The terminal of a data window: every key typed in it goes to the instrument, replies and data lines are
@@ -55,6 +56,8 @@ class TermulatorForm final : public QMainWindow {
     bool HandleKey(const QKeyEvent& event);
     bool HandleShortcut(const QKeyEvent& event);
     void TypeKey(char key, bool repeated);
+    [[nodiscard]] TerminalBoxView* SelectedBox() const;
+    [[nodiscard]] bool HasSelection() const;
     bool CopySelection();
     void PasteText();
     void ShowTyped();
@@ -65,6 +68,7 @@ class TermulatorForm final : public QMainWindow {
     FormDialogs dialogs_;
     TerminalBoxView* response_ = nullptr;
     TerminalBoxView* data_ = nullptr;
+    ColumnHeadings* headings_ = nullptr;
     QLineEdit* command_ = nullptr;
     QWidget* options_ = nullptr;
     QRadioButton* ascii_ = nullptr;

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <array>
 
 #include "app/forms/TerminalBoxView.h"
 #include "app/forms/TermulatorForm.h"
@@ -86,17 +87,25 @@ void TermulatorForm::TypeKey(char key, bool repeated) {
     ShowTyped();
 }
 
-bool TermulatorForm::CopySelection() {
-    // The box that the user is in comes first.
+/// The box that the user is in comes first; null when none has a selection.
+TerminalBoxView* TermulatorForm::SelectedBox() const {
     for (TerminalBoxView* box :
-         data_->hasFocus() ? std::array{data_, response_} : std::array{response_, data_}) {
-        if (!box->textCursor().hasSelection()) continue;
+         data_->hasFocus() ? std::array{data_, response_} : std::array{response_, data_})
+        if (box->textCursor().hasSelection()) return box;
+    return nullptr;
+}
+
+bool TermulatorForm::HasSelection() const {
+    return SelectedBox() != nullptr || command_->hasSelectedText();
+}
+
+bool TermulatorForm::CopySelection() {
+    if (TerminalBoxView* const box = SelectedBox()) {
         box->copy();
         return true;
     }
-    if (!command_->hasSelectedText()) return false;
     command_->copy();
-    return true;
+    return command_->hasSelectedText();
 }
 
 void TermulatorForm::PasteText() {

@@ -52,7 +52,9 @@ void TermulatorForm::MakeMenus() {
 void TermulatorForm::MakeEditMenu() {
     QMenu* edit = menuBar()->addMenu("&Edit");
     edit->setObjectName("TermEdit_menu");
-    edit->addAction("&Copy\tCtrl+C", this, &TermulatorForm::CopySelection)->setObjectName("CopyItem");
+    QAction* copy = edit->addAction("&Copy\tCtrl+C", this, &TermulatorForm::CopySelection);
+    copy->setObjectName("CopyItem");
+    connect(edit, &QMenu::aboutToShow, copy, [this, copy] { copy->setEnabled(HasSelection()); });
     edit->addAction("&Paste as Command\tCtrl+V", this, &TermulatorForm::PasteText)
         ->setObjectName("PasteItem");
     edit->addSeparator();
