@@ -1,5 +1,6 @@
 #include "optics/SigmaParamsEntry.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "optics/EnforceLimits.h"
@@ -26,6 +27,23 @@ constexpr std::array kBoxes{
     BoxRow{SigmaBox::p, {"share of the attenuation", false, 0, 10}, &SigmaParams::p},
 };
 static_assert(kBoxes.size() == kSigmaBoxes);
+
+/// The older form alone has a box for water, and beside the model the share p is idle.
+bool IsInUse(const SigmaParamsEntry& entry, SigmaBox box) {
+    if (box == SigmaBox::aw) return entry.older;
+    return box != SigmaBox::p || !entry.cUseCV;
+}
+
+bool IsRight(const SigmaParamsEntry& entry, const BoxRow& row) {
+    return !EnforceLimits(entry[row.box], row.limits);
+}
+
+/// The model takes every number but the share p, which stands in its place.
+bool NumbersOfModelAreRight(const SigmaParamsEntry& entry) {
+    return std::all_of(kBoxes.begin(), kBoxes.end(), [&entry](const BoxRow& row) {
+        return row.number == nullptr || row.box == SigmaBox::p || IsRight(entry, row);
+    });
+}
 
 /// A box that holds a number or the file of a table.
 void ReadNumberOrFile(const std::string& text, double& value, std::string& file) {
@@ -77,7 +95,7 @@ void EnterDefaults(SigmaParamsEntry& entry, SigmaPage page, const SigmaTablePath
 
 std::optional<SigmaBoxError> ValidateParams(const SigmaParamsEntry& entry) {
     for (const BoxRow& row : kBoxes) {
-        if (row.box == SigmaBox::aw && !entry.older) continue;
+        if (!IsInUse(entry, row.box)) continue;
         if (auto message = EnforceLimits(entry[row.box], row.limits))
             return SigmaBoxError{row.box, std::move(*message)};
     }
@@ -89,7 +107,7 @@ SigmaParams ParamsOf(const SigmaParamsEntry& entry, const SigmaParams& before) {
     ReadNumberOrFile(entry[SigmaBox::aStar], params.aStarValue, params.aStarFile);
     ReadNumberOrFile(entry[SigmaBox::bTilde], params.bbTildeValue, params.bbTildeFile);
     for (const BoxRow& row : kBoxes)
-        if (row.number != nullptr) params.*row.number = SafeVal(entry[row.box]);
+        if (row.number != nullptr && IsRight(entry, row)) params.*row.number = SafeVal(entry[row.box]);
     params.cUseCV = entry.cUseCV;
     LoadSigmaTables(params);
     return params;
@@ -103,7 +121,7 @@ SigmaModelTexts CalculateSigmaModel(const SigmaParamsEntry& entry, std::string_v
     if (lambda > 0) {
         const SigmaParams params = ParamsOf(entry, SigmaParams());
         const auto water = entry.older ? WaterAt(entry[SigmaBox::aw], lambda) : 0;
-        if (water) a = SigmaAInWater(params, lambda, *water);
+        if (water && NumbersOfModelAreRight(entry)) a = SigmaAInWater(params, lambda, *water);
         bbTilde = SigmaBbTilde(params, lambda);
     }
     return {Shown(a, decimals), Shown(bbTilde, decimals)};

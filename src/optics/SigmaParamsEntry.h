@@ -43,10 +43,10 @@ struct SigmaBoxError {
 SigmaParamsEntry EntryOf(const SigmaParams& params, const SigmaTablePaths& tables);
 /// The defaults of one page.
 void EnterDefaults(SigmaParamsEntry& entry, SigmaPage page, const SigmaTablePaths& tables);
-/// The first box that is not right; nullopt when all are.
+/// The first box in use that is not right; nullopt when all are. The share p is idle beside the model.
 std::optional<SigmaBoxError> ValidateParams(const SigmaParamsEntry& entry);
-/// The parameters of an entry, tables included. What is no number reads as 0. `before`: what the form does
-/// not show.
+/// The parameters of an entry, tables included. `before`: what the form does not show, and the value of a
+/// number that is not right.
 SigmaParams ParamsOf(const SigmaParamsEntry& entry, const SigmaParams& before);
 
 /// What the model of an entry gives at one wavelength, ready to be shown; "-----" where it gives nothing.

@@ -155,6 +155,18 @@ TEST(ValidateParams, TheNewFormHasNoBoxForWater) {
     EXPECT_FALSE(ValidateParams(entry));
 }
 
+TEST(ValidateParams, TheShareIsIdleBesideTheModel) {
+    SigmaParamsEntry entry = Defaults();
+    entry[SigmaBox::p] = "x";
+    entry.cUseCV = true;
+    EXPECT_FALSE(ValidateParams(entry)) << "a box that cannot be mended must not hold the form";
+    SigmaParams before;
+    before.p = 0.75;
+    EXPECT_EQ(ParamsOf(entry, before).p, 0.75);
+    entry[SigmaBox::p] = "0.5";
+    EXPECT_EQ(ParamsOf(entry, before).p, 0.5);
+}
+
 SigmaParamsEntry Plain(bool older) {
     SigmaParamsEntry entry = Defaults(older);
     entry[SigmaBox::aStar] = "0.5";
@@ -190,6 +202,20 @@ TEST(CalculateSigmaModel, TellsWhereATableHasNothing) {
     SigmaParamsEntry entry = Plain(true);
     entry[SigmaBox::aw] = "/no/such.csv";
     EXPECT_EQ(CalculateSigmaModel(entry, "440").a, " -----");
+}
+
+TEST(CalculateSigmaModel, NeedsItsNumbers) {
+    for (const SigmaBox box : {SigmaBox::c, SigmaBox::ad400, SigmaBox::gammad, SigmaBox::gammaY}) {
+        for (const char* text : {"", "0,5", "-1"}) {
+            SigmaParamsEntry entry = Plain(false);
+            entry[box] = text;
+            EXPECT_EQ(CalculateSigmaModel(entry, "440").a, " -----") << text;
+            EXPECT_EQ(CalculateSigmaModel(entry, "440").bbTilde, " 0.015") << text;
+        }
+    }
+    SigmaParamsEntry entry = Plain(false);
+    entry[SigmaBox::p] = "";
+    EXPECT_EQ(CalculateSigmaModel(entry, "440").a, " 0.042") << "the share is not part of the model";
 }
 
 TEST(CalculateSigmaModel, NeedsAWavelength) {
