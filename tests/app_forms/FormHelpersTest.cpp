@@ -92,6 +92,20 @@ TEST(FormGeometry, MissingAndUselessValuesLeaveTheDesign) {
     EXPECT_TRUE(form.screen()->availableGeometry().contains(form.geometry()));
 }
 
+TEST(FormGeometry, AFormOfWhichNothingIsKeptOpensInTheMiddleOfItsWindow) {
+    const MapSettings settings;
+    QWidget window;
+    window.setGeometry(100, 100, 600, 400);
+    window.show();
+    QDialog form(&window);
+    form.setObjectName("NewForm");
+    form.resize(200, 100);
+    RestoreControlValues(settings, form);
+    form.show();
+    EXPECT_NEAR(form.geometry().center().x(), window.geometry().center().x(), 2);
+    EXPECT_NEAR(form.geometry().center().y(), window.geometry().center().y(), 2);
+}
+
 /// A form with one control of each kind whose value is kept.
 struct ControlForm : QDialog {
     ControlForm() {

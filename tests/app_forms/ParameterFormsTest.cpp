@@ -72,6 +72,28 @@ class ParameterFormsTest : public FormsFixture {
             EXPECT_FALSE(box->accessibleName().isEmpty()) << box->objectName().toStdString();
         EXPECT_TRUE(Get<QPushButton>("OKButton")->isDefault());
     }
+    /// From where the form opens, the tab key leads right or down until it starts again at the top.
+    void ExpectTabFollowsTheEye() {
+        std::vector<QWidget*> order;
+        QWidget* const first = form->focusWidget();
+        ASSERT_NE(first, nullptr);
+        for (QWidget* at = first; order.empty() || at != first; at = form->focusWidget()) {
+            ASSERT_LT(order.size(), 50U);
+            order.push_back(at);
+            QTest::keyClick(at, Qt::Key_Tab);
+        }
+        int wraps = 0;
+        for (std::size_t i = 0; i < order.size(); ++i) {
+            const QWidget* const next = order[(i + 1) % order.size()];
+            const QRect from(order[i]->mapTo(form, QPoint()), order[i]->size());
+            const QRect to(next->mapTo(form, QPoint()), next->size());
+            const bool goesOn = to.top() >= from.bottom() || to.left() >= from.right();
+            if (!goesOn) ++wraps;
+            EXPECT_TRUE(goesOn || wraps == 1)
+                << order[i]->objectName().toStdString() << " to " << next->objectName().toStdString();
+        }
+        EXPECT_EQ(wraps, 1);
+    }
     static void ExpectNew(std::set<QString>& letters, const QString& text) {
         const QKeySequence letter = QKeySequence::mnemonic(text);
         if (letter.isEmpty()) return;
@@ -161,6 +183,33 @@ TEST_F(ParameterFormsTest, TheFormsAreUsableByKeyboard) {
     app.sigma.includePurewater = true;
     OpenSigma();
     ExpectUsableByKeyboard();
+}
+
+TEST_F(ParameterFormsTest, TabFollowsTheEye) {
+    OpenPreferences();
+    ExpectTabFollowsTheEye();
+    form->reject();
+    OpenWater();
+    Choose(PureWaterChoice::Custom);
+    ExpectTabFollowsTheEye();
+    form->reject();
+    app.sigma.includePurewater = true;
+    OpenSigma();
+    for (const int page : {0, 1}) {
+        Get<QTabWidget>("SSTab")->setCurrentIndex(page);
+        ExpectTabFollowsTheEye();
+    }
+}
+
+TEST_F(ParameterFormsTest, AShareThatIsNotUsedHoldsNothing) {
+    OpenSigma();
+    Get<QTabWidget>("SSTab")->setCurrentIndex(1);
+    Type("pBox", "x");
+    Get<QRadioButton>("cvOption")->click();
+    Click("OKButton");
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_TRUE(app.sigma.cUseCV);
+    EXPECT_EQ(app.sigma.p, 0.6);
 }
 
 TEST_F(ParameterFormsTest, SigmaDefaultsAreThoseOfTheOpenPage) {

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QDialog>
 #include <array>
 
-#include "app/AppContext.h"
-#include "app/forms/FormDialogs.h"
+#include "app/forms/ParameterForm.h"
 #include "optics/PureWaterEntry.h"
 
 class QButtonGroup;
@@ -13,28 +11,25 @@ class QLineEdit;
 
 namespace marisonde {
 
-/// The water that is taken out of the backscatter, and chi. Nothing changes before OK.
-class BbParamsForm final : public QDialog {
+/// The water that is taken out of the backscatter, and chi.
+class BbParamsForm final : public ParameterForm {
     Q_OBJECT
 
   public:
     /// `app` outlives the form.
     BbParamsForm(AppContext& app, QWidget* parent);
 
-    /// Opens the form with what is in force.
-    void Show();
-
-  protected:
-    void done(int result) override;
-
   private:
-    void MakeControls();
-    void LayOut();
+    void MakeOptions();
+    void MakeBoxes();
+    void MakeChecks();
+    QWidget* LayWater();
+    QWidget* LayBackscatter();
+    void FillIn() override;
     void Refresh();
-    void OKButton_Click();
+    void OKButton_Click() override;
+    [[nodiscard]] QLineEdit* Box(PureWaterBox box) const { return boxes_.at(static_cast<std::size_t>(box)); }
 
-    AppContext& app_;
-    FormDialogs dialogs_;
     PureWaterEntry entry_;
     QButtonGroup* options_ = nullptr;
     std::array<QLineEdit*, kPureWaterBoxes> boxes_{};

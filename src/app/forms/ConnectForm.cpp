@@ -54,8 +54,7 @@ ConnectForm::ConnectForm(Connector& connector, Operations& operations, Settings&
     connector_.OnChanged = [this] { Refresh(); };
     connector_.OnFocusOk = [this] { ok_->setFocus(); };
     connector_.OnBeep = [] { QApplication::beep(); };
-    // Without a place of its own the dialog opens in the middle of its window.
-    if (!settings_.GetSetting("ConnectForm", "Left").empty()) RestoreFormGeometry(settings_, *this);
+    RestoreFormGeometry(settings_, *this);
 }
 
 void ConnectForm::MakeInputs() {

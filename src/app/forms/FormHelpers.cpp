@@ -128,7 +128,9 @@ void SaveFormGeometry(Settings& settings, const QWidget& form) {
 }
 
 void RestoreFormGeometry(const Settings& settings, QWidget& form) {
-    RestoreFormGeometry(settings, form, form.objectName().toStdString(), form.geometry());
+    const std::string section = form.objectName().toStdString();
+    if (settings.GetSetting(section, "Left").empty()) return;
+    RestoreFormGeometry(settings, form, section, form.geometry());
 }
 
 }  // namespace marisonde

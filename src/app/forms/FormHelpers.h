@@ -37,7 +37,8 @@ void PlaceClearOfOthers(QWidget& form);
 void SaveFormGeometry(Settings& settings, const QWidget& form, std::string_view section);
 /// Puts the form where it was, on to the screen if need be. A missing value leaves that of `design`.
 void RestoreFormGeometry(const Settings& settings, QWidget& form, std::string_view section, QRect design);
-/// The same in a section named after the form, from the place that the form has now.
+/// The same in a section named after the form, from the place that the form has now. A form of which nothing
+/// is kept is not placed: a dialog then opens in the middle of its window.
 void SaveFormGeometry(Settings& settings, const QWidget& form);
 void RestoreFormGeometry(const Settings& settings, QWidget& form);
 

@@ -40,8 +40,7 @@ InstStatusForm::InstStatusForm(DataWindow& window, Settings& settings, QWidget* 
     buttons->button(QDialogButtonBox::Ok)->setObjectName("OK");
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     form->addRow(buttons);
-    // Without a place of its own the form opens in the middle of its window.
-    if (!settings_.GetSetting("InstStatusForm", "Left").empty()) RestoreFormGeometry(settings_, *this);
+    RestoreFormGeometry(settings_, *this);
 }
 
 void InstStatusForm::Show() {

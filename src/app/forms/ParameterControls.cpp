@@ -7,10 +7,8 @@
 
 namespace marisonde {
 
-QPushButton* ParameterButton(QWidget* parent, const char* name, const char* caption) {
-    auto* button = new QPushButton(caption, parent);
-    button->setObjectName(name);
-    button->setAccessibleName(QString(caption).remove('&'));
+QPushButton* ParameterButton(QWidget* parent, const QString& name, const QString& caption) {
+    auto* button = NamedButton<QPushButton>(parent, name, caption);
     button->setAutoDefault(false);
     return button;
 }

@@ -3,15 +3,23 @@
 #include <QString>
 
 class QGridLayout;
-class QLabel;
 class QLineEdit;
 class QPushButton;
 class QWidget;
 
 namespace marisonde {
 
-/// The button of a parameter form, named for tests and screen readers. Enter presses only the default one.
-QPushButton* ParameterButton(QWidget* parent, const char* name, const char* caption);
+/// A button, check box or option named for tests and screen readers.
+template <class Button>
+Button* NamedButton(QWidget* parent, const QString& name, const QString& caption) {
+    auto* button = new Button(caption, parent);
+    button->setObjectName(name);
+    button->setAccessibleName(QString(caption).remove('&'));
+    return button;
+}
+
+/// The button of a parameter form. Enter presses only the default one.
+QPushButton* ParameterButton(QWidget* parent, const QString& name, const QString& caption);
 
 /// A box for a number or a text, wide enough for `chars` digits.
 QLineEdit* ParameterBox(QWidget* parent, const char* name, const QString& meaning, int chars);

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QDialog>
 #include <array>
 
 #include "app/PreferencesEntry.h"
-#include "app/forms/FormDialogs.h"
+#include "app/forms/ParameterForm.h"
 
 class QCheckBox;
 class QLineEdit;
@@ -12,29 +11,23 @@ class QRadioButton;
 
 namespace marisonde {
 
-/// The user's preferences. Nothing changes before OK.
-class PreferencesForm final : public QDialog {
+/// The user's preferences.
+class PreferencesForm final : public ParameterForm {
     Q_OBJECT
 
   public:
     /// `app` outlives the form.
     PreferencesForm(AppContext& app, QWidget* parent);
 
-    /// Opens the form with what is in force.
-    void Show();
-
-  protected:
-    void done(int result) override;
-
   private:
-    void OKButton_Click();
     void MakeControls();
-    void LayOut();
-    void FillIn();
-    [[nodiscard]] PreferencesEntry Entry() const;
+    QWidget* LayStart();
+    QWidget* LayFiles();
+    QWidget* LayGraphs();
+    void FillIn() override;
+    [[nodiscard]] PreferencesEntry Entry();
+    void OKButton_Click() override;
 
-    AppContext& app_;
-    FormDialogs dialogs_;
     std::array<QRadioButton*, 3> connectOption_{};
     QCheckBox* fileNameOnDetect_ = nullptr;
     QCheckBox* recallLastCal_ = nullptr;

@@ -50,9 +50,6 @@ ProcessFilesForm::ProcessFilesForm(AppContext& app, Operations& operations, QWid
     LayOut();
     source_->setText(FromText(app_.prefs.OpenPath));
     cal_->setText(FromText(app_.prefs.CalFile));
-    // Without a place of its own the form opens in the middle of its window.
-    if (!app_.settings.GetSetting("ProcessFilesForm", "Left").empty())
-        RestoreFormGeometry(app_.settings, *this);
     RestoreControlValues(app_.settings, *this);
     FixControlAccelerators(*this);
     Refresh();

@@ -13,7 +13,6 @@
 #include "app/FileDialogs.h"
 #include "app/ParameterChange.h"
 #include "app/forms/FormHelpers.h"
-#include "app/forms/HelpPages.h"
 #include "app/forms/ParameterControls.h"
 #include "platform/Paths.h"
 
@@ -61,22 +60,18 @@ QLabel* MakeResult(QWidget* parent, const char* name, const char* meaning) {
 }  // namespace
 
 SigmaParamsForm::SigmaParamsForm(AppContext& app, Operations& operations, QWidget* parent)
-    : QDialog(parent),
-      app_(app),
+    : ParameterForm(app, parent, app.sigma.includePurewater ? "SigmaParamsFormOld" : "SigmaParamsFormNew",
+                    "Sigma Parameters"),
       operations_(operations),
-      dialogs_(this),
       tables_{TextFromPath(TablePath("aStar.csv")).toStdString(),
               TextFromPath(TablePath("aw.csv")).toStdString()},
-      older_(app.sigma.includePurewater) {
-    setObjectName(older_ ? "SigmaParamsFormOld" : "SigmaParamsFormNew");
-    setWindowTitle("Sigma Parameters");
-    setSizeGripEnabled(true);
+      older_(app.sigma.includePurewater),
+      pages_(new QTabWidget(this)) {
     MakeBoxes();
-    MakeButtons();
-    LayOut();
-    // Without a place of its own the form opens in the middle of its window.
-    if (!app_.settings.GetSetting(objectName().toStdString(), "Left").empty())
-        RestoreFormGeometry(app_.settings, *this);
+    MakeCalculation();
+    MakeOptions();
+    QWidget* const pages = LayPages();
+    LayOut({pages}, {MakeDefaultsButton(), MakeAboutButton("Ab&out", "aboutSigma.htm")});
 }
 
 void SigmaParamsForm::MakeBoxes() {
@@ -93,41 +88,39 @@ void SigmaParamsForm::MakeBoxes() {
     if (older_)
         Box(SigmaBox::aw)
             ->setToolTip("For Calculate. Data are corrected with the program's own pure-water absorption.");
-    share_ = new QRadioButton("Sha&re of the measured attenuation", this);
-    share_->setObjectName("cOption");
-    model_ = new QRadioButton("Bio-optical &model of the first page", this);
-    model_->setObjectName("cvOption");
+}
+
+void SigmaParamsForm::MakeOptions() {
+    share_ = NamedButton<QRadioButton>(this, "cOption", "Sha&re of the measured attenuation");
+    model_ = NamedButton<QRadioButton>(this, "cvOption", "Bio-optical &model of the first page");
+    setTabOrder(share_, Box(SigmaBox::p));
+    setTabOrder(Box(SigmaBox::p), model_);
     connect(share_, &QRadioButton::toggled, Box(SigmaBox::p), &QWidget::setEnabled);
+}
+
+void SigmaParamsForm::MakeCalculation() {
     wavelength_ = ParameterBox(this, "WavelengthText", "Wavelength of the calculation", 7);
     wavelength_->setText("470");
     connect(wavelength_, &QLineEdit::textChanged, this, &SigmaParamsForm::ForgetResults);
+    calculate_ = ParameterButton(this, "CalculateButton", "Ca&lculate");
+    connect(calculate_, &QPushButton::clicked, this, &SigmaParamsForm::CalculateButton_Click);
     a_ = MakeResult(this, "aResult", "Absorption at this wavelength");
     bbTilde_ = MakeResult(this, "bTildeResult", "Backscatter probability at this wavelength");
 }
 
 QPushButton* SigmaParamsForm::MakeBrowse(SigmaBox box, const char* title) {
-    QPushButton* const button =
-        ParameterButton(this, (Box(box)->objectName() + "Browse").toLatin1().constData(), "...");
+    QPushButton* const button = ParameterButton(this, Box(box)->objectName() + "Browse", "...");
     button->setAccessibleName(title);
     button->setToolTip(title);
     connect(button, &QPushButton::clicked, this, [this, box, title] { Browse(box, title); });
     return button;
 }
 
-void SigmaParamsForm::MakeButtons() {
-    calculate_ = ParameterButton(this, "CalculateButton", "Ca&lculate");
-    ok_ = ParameterButton(this, "OKButton", "OK");
-    cancel_ = ParameterButton(this, "CancelButton", "Cancel");
-    defaults_ = ParameterButton(this, "DefaultsButton", "D&efaults");
-    about_ = ParameterButton(this, "AboutButton", "Ab&out");
-    defaults_->setToolTip("Fill in the defaults of this page");
-    about_->setToolTip("What these parameters mean");
-    ok_->setDefault(true);
-    connect(calculate_, &QPushButton::clicked, this, &SigmaParamsForm::CalculateButton_Click);
-    connect(ok_, &QPushButton::clicked, this, &SigmaParamsForm::OKButton_Click);
-    connect(cancel_, &QPushButton::clicked, this, &QDialog::reject);
-    connect(defaults_, &QPushButton::clicked, this, &SigmaParamsForm::DefaultsButton_Click);
-    connect(about_, &QPushButton::clicked, this, [this] { OpenHelpPage("aboutSigma.htm", dialogs_); });
+QPushButton* SigmaParamsForm::MakeDefaultsButton() {
+    QPushButton* const defaults = ParameterButton(this, "DefaultsButton", "D&efaults");
+    defaults->setToolTip("Fill in the defaults of this page");
+    connect(defaults, &QPushButton::clicked, this, &SigmaParamsForm::DefaultsButton_Click);
+    return defaults;
 }
 
 void SigmaParamsForm::AddBox(QGridLayout* grid, SigmaBox box) {
@@ -180,27 +173,16 @@ QWidget* SigmaParamsForm::LayNTidalPage() {
     return page;
 }
 
-void SigmaParamsForm::LayOut() {
-    pages_ = new QTabWidget(this);
+QWidget* SigmaParamsForm::LayPages() {
     pages_->setObjectName("SSTab");
     pages_->setAccessibleName("Instrument family");
     pages_->addTab(LayCorvanePage(), "&Corvane");
     pages_->addTab(LayNTidalPage(), "&n-Tidal");
-    auto* buttons = new QHBoxLayout;
-    for (QPushButton* button : {defaults_, about_}) buttons->addWidget(button);
-    buttons->addStretch();
-    for (QPushButton* button : {ok_, cancel_}) buttons->addWidget(button);
-    auto* all = new QVBoxLayout(this);
-    all->setContentsMargins(20, 18, 20, 16);
-    all->setSpacing(12);
-    all->addWidget(pages_, 1);
-    all->addLayout(buttons);
+    return pages_;
 }
 
-void SigmaParamsForm::Show() {
-    if (!isVisible()) FillIn(EntryOf(app_.sigma, tables_));
-    open();
-    raise();
+void SigmaParamsForm::FillIn() {
+    FillIn(EntryOf(App().sigma, tables_));
 }
 
 void SigmaParamsForm::FillIn(const SigmaParamsEntry& entry) {
@@ -224,7 +206,7 @@ void SigmaParamsForm::Browse(SigmaBox box, const char* title) {
     operations_.Start("Choose table", [this, box, title](Operation& operation) -> QCoro::Task<> {
         const FileRequest request{FileRequest::Purpose::Open, title, Box(box)->text().toStdString(),
                                   TableFilters(), 0};
-        const FileChoice choice = co_await dialogs_.ChooseFile(operation, request);
+        const FileChoice choice = co_await Ask().ChooseFile(operation, request);
         if (!operation.Cancelled() && !choice.path.empty()) Box(box)->setText(FromText(choice.path));
     });
 }
@@ -249,9 +231,7 @@ void SigmaParamsForm::ForgetResults() {
 
 void SigmaParamsForm::ShowWrong(const SigmaBoxError& wrong) {
     pages_->setCurrentIndex(wrong.box == SigmaBox::p ? 1 : 0);
-    Box(wrong.box)->setFocus();
-    Box(wrong.box)->selectAll();
-    dialogs_.ShowError(wrong.message);
+    ParameterForm::ShowWrong(Box(wrong.box), wrong.message);
 }
 
 void SigmaParamsForm::OKButton_Click() {
@@ -260,13 +240,8 @@ void SigmaParamsForm::OKButton_Click() {
         ShowWrong(*wrong);
         return;
     }
-    TakeSigmaParams(app_, ParamsOf(entry, app_.sigma));
+    TakeSigmaParams(App(), ParamsOf(entry, App().sigma));
     accept();
-}
-
-void SigmaParamsForm::done(int result) {
-    SaveFormGeometry(app_.settings, *this);
-    QDialog::done(result);
 }
 
 }  // namespace marisonde

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QDialog>
 #include <array>
 
-#include "app/AppContext.h"
-#include "app/forms/FormDialogs.h"
+#include "app/forms/ParameterForm.h"
 #include "optics/SigmaParamsEntry.h"
 #include "platform/Operations.h"
 
@@ -18,29 +16,26 @@ class QTabWidget;
 namespace marisonde {
 
 /// The parameters of the sigma correction, in the form "SigmaParamsFormNew", or "SigmaParamsFormOld" of users
-/// whose K holds the absorption of water. Nothing changes before OK.
-class SigmaParamsForm final : public QDialog {
+/// whose K holds the absorption of water.
+class SigmaParamsForm final : public ParameterForm {
     Q_OBJECT
 
   public:
     /// File dialogs run among `operations`, which end before the form dies. `app` outlives the form.
     SigmaParamsForm(AppContext& app, Operations& operations, QWidget* parent);
 
-    /// Opens the form with what is in force.
-    void Show();
-
-  protected:
-    void done(int result) override;
-
   private:
     void MakeBoxes();
-    void MakeButtons();
+    void MakeCalculation();
+    void MakeOptions();
+    QPushButton* MakeDefaultsButton();
     QPushButton* MakeBrowse(SigmaBox box, const char* title);
     QWidget* LayCorvanePage();
     QWidget* LayNTidalPage();
     void AddBox(QGridLayout* grid, SigmaBox box);
     void LayCalculation(QGridLayout* grid);
-    void LayOut();
+    QWidget* LayPages();
+    void FillIn() override;
     void FillIn(const SigmaParamsEntry& entry);
     [[nodiscard]] SigmaParamsEntry Entry() const;
     void Browse(SigmaBox box, const char* title);
@@ -48,12 +43,10 @@ class SigmaParamsForm final : public QDialog {
     void CalculateButton_Click();
     void ForgetResults();
     void ShowWrong(const SigmaBoxError& wrong);
-    void OKButton_Click();
+    void OKButton_Click() override;
     [[nodiscard]] QLineEdit* Box(SigmaBox box) const { return boxes_.at(static_cast<std::size_t>(box)); }
 
-    AppContext& app_;
     Operations& operations_;
-    FormDialogs dialogs_;
     const SigmaTablePaths tables_;
     const bool older_;
     std::array<QLineEdit*, kSigmaBoxes> boxes_{};
@@ -65,10 +58,6 @@ class SigmaParamsForm final : public QDialog {
     QPushButton* calculate_ = nullptr;
     QLabel* a_ = nullptr;
     QLabel* bbTilde_ = nullptr;
-    QPushButton* ok_ = nullptr;
-    QPushButton* cancel_ = nullptr;
-    QPushButton* defaults_ = nullptr;
-    QPushButton* about_ = nullptr;
 };
 
 }  // namespace marisonde
