@@ -185,6 +185,14 @@ TEST_F(ParameterFormsTest, TheFormsAreUsableByKeyboard) {
     ExpectUsableByKeyboard();
 }
 
+TEST_F(ParameterFormsTest, EachItemOfTheFileMenuHasALetterOfItsOwn) {
+    window = Empty();
+    std::set<QString> letters;
+    for (const QAction* item : window->findChild<QMenu*>("File_menu")->actions())
+        ExpectNew(letters, item->text());
+    EXPECT_GT(letters.size(), 8U);
+}
+
 TEST_F(ParameterFormsTest, TabFollowsTheEye) {
     OpenPreferences();
     ExpectTabFollowsTheEye();

@@ -18,7 +18,7 @@ void ParameterCommands::AddTo(QMenu* menu) {
     const auto add = [this, menu](const char* name, const char* caption, void (ParameterCommands::*show)()) {
         menu->addAction(caption, this, show)->setObjectName(name);
     };
-    add("PreferencesItem", "P&references...", &ParameterCommands::ShowPreferences);
+    add("PreferencesItem", "Pr&eferences...", &ParameterCommands::ShowPreferences);
     add("SigmaParamsItem", "Si&gma Parameters...", &ParameterCommands::ShowSigmaParams);
     add("PureWaterParamsItem", "Pure-&water Parameters...", &ParameterCommands::ShowPureWaterParams);
 }

@@ -109,7 +109,7 @@ QWidget* TermulatorForm::MakeLowerPart() {
     options_->setObjectName("Frame1");
     options_->setAccessibleName("Form of the data lines");
     auto* row = new QHBoxLayout(options_);
-    row->setContentsMargins(0, 0, 0, 0);
+    row->setContentsMargins(0, 0, 0, 4);
     row->setSpacing(16);
     row->addWidget(new QLabel("Data as", options_));
     row->addWidget(ascii_);
@@ -117,7 +117,7 @@ QWidget* TermulatorForm::MakeLowerPart() {
     row->addStretch();
     auto* column = new QVBoxLayout(part);
     column->setContentsMargins(8, 4, 8, 4);
-    column->setSpacing(6);
+    column->setSpacing(2);
     column->addWidget(options_);
     column->addWidget(headings_);
     column->addWidget(data_, 1);
