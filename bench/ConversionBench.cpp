@@ -22,8 +22,8 @@
 #include <vector>
 
 #include "CorvaneCast.h"
+#include "RawCast.h"
 #include "files/ConvertFile.h"
-#include "files/RawFile.h"
 
 namespace {
 
@@ -31,48 +31,7 @@ using namespace marisonde;
 using namespace marisonde::bench;
 namespace fs = std::filesystem;
 
-constexpr std::size_t kBlock = std::size_t{1} << 20;
-
-/// The raw file that all three convert, and a folder for what they write; gone at the end of the run.
-class RawCast {
-  public:
-    RawCast()
-        : folder_(fs::temp_directory_path() /
-                  ("conversion-bench-" + std::to_string(std::random_device{}()))) {
-        fs::create_directories(folder_);
-        const char* size = std::getenv("MARISONDE_BENCH_MB");
-        const std::size_t bytes = (size ? std::strtoul(size, nullptr, 10) : 50) * 1000000;
-        std::FILE* file = std::fopen(Source().c_str(), "wb");
-        std::string text;
-        const CalibrationDataClass cal = Calibration();
-        WriteRawHeader(text, {"", 45000}, "raw", cal.InstType, &cal);
-        std::mt19937 random(1);
-        for (std::size_t written = 0; written < bytes; ++lines_) {
-            text += CorvaneLine(static_cast<std::uint32_t>(lines_), random) + "\r\n";
-            if (text.size() < kBlock) continue;
-            written += std::fwrite(text.data(), 1, text.size(), file);
-            text.clear();
-        }
-        std::fwrite(text.data(), 1, text.size(), file);
-        std::fclose(file);
-    }
-    ~RawCast() { fs::remove_all(folder_); }
-    RawCast(const RawCast&) = delete;
-    RawCast& operator=(const RawCast&) = delete;
-
-    [[nodiscard]] fs::path Source() const { return folder_ / "cast.raw"; }
-    [[nodiscard]] fs::path Destination(const char* name) const { return folder_ / name; }
-    [[nodiscard]] std::int64_t Lines() const { return static_cast<std::int64_t>(lines_); }
-
-  private:
-    fs::path folder_;
-    std::size_t lines_ = 0;
-};
-
-const RawCast& Cast() {
-    static const RawCast cast;
-    return cast;
-}
+constexpr std::size_t kBlock = std::size_t{1} << 20;  ///< bytes, of the bare loop
 
 void Finish(benchmark::State& state, std::int64_t lines) {
     if (lines != Cast().Lines()) state.SkipWithError("lines were lost");

@@ -8,6 +8,7 @@
 #include "common/ConversionUtils.h"
 #include "common/DateText.h"
 #include "common/Numbers.h"
+#include "common/VectorState.h"
 #include "decode/Decoders.h"
 #include "files/DatFile.h"
 #include "files/DataFileQuestions.h"
@@ -52,6 +53,7 @@ DataWindow::~DataWindow() {
 }
 
 void DataWindow::Tick() {
+    ClearUpperVectorState();
     FollowCalibration();
     if (Link.Line().IsOpen()) {
         ProcessInput(Link, app_.scratch);

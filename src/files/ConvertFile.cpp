@@ -8,6 +8,7 @@
 #include "calibration/CalibrationDataClass.h"
 #include "calibration/Converter.h"
 #include "common/ConversionUtils.h"
+#include "common/VectorState.h"
 #include "files/DatFile.h"
 #include "files/DecFile.h"
 #include "files/FileHeaderInfo.h"
@@ -177,6 +178,7 @@ bool FileConversion::WriteOut() {
 
 bool FileConversion::Run(int lines) {
     if (!parts_) return false;
+    ClearUpperVectorState();
     Parts& parts = *parts_;
     for (; lines > 0; --lines) {
         if (!parts.reader->NextLine()) {

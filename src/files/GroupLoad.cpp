@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <string>
 
+#include "common/VectorState.h"
+
 namespace marisonde {
 
 GroupLoad::Step GroupLoad::Run(int lines) {
     if (full_) return Step::GroupFull;
+    ClearUpperVectorState();
     for (; lines > 0; --lines) {
         if (!reader_.NextLine()) return reader_.Error() ? Step::Failed : Step::Done;
         if (!reader_.HasSample()) continue;
