@@ -95,11 +95,3 @@ BENCHMARK(BM_ConvertAlone)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ConvertInForm)->Unit(benchmark::kMillisecond);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}
