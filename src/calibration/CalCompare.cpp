@@ -2,15 +2,13 @@
 #include <cmath>
 
 #include "calibration/CalibrationDataClass.h"
+#include "calibration/ChannelRange.h"
 #include "common/Numbers.h"
 
 namespace marisonde {
 
 namespace {
 
-constexpr int kWalkedChannels = 12;
-constexpr int kFirstGain = 1;
-constexpr int kLastGain = 5;
 constexpr int kDigits = 6;
 
 /// The two calibrations at hand and one channel of them.

@@ -1,9 +1,11 @@
 // Reading calibration text: one table of keys for the files of every model and for what instruments send.
 #include <algorithm>
-#include <cmath>
+#include <optional>
 
 #include "calibration/CalLine.h"
 #include "calibration/CalibrationDataClass.h"
+#include "calibration/ChannelRange.h"
+#include "calibration/Sentinel.h"
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
 
@@ -22,12 +24,6 @@ struct Target {
 
 using Store = void (*)(const Target&, std::string_view value);
 
-/// To 32 bits. What does not fit is the sentinel, which files show without a sign.
-float Single(std::string_view value) {
-    const auto single = static_cast<float>(Val(value));
-    return std::isfinite(single) ? single : kSentinelF;
-}
-
 void Read(std::string& field, std::string_view value) {
     field = value;
 }
@@ -35,7 +31,7 @@ void Read(double& field, std::string_view value) {
     field = Val(value);
 }
 void Read(float& field, std::string_view value) {
-    field = Single(value);
+    field = Single(Val(value));
 }
 void Read(std::int16_t& field, std::string_view value) {
     field = ToInt16(Val(value));
@@ -140,16 +136,16 @@ void StoreSigma(const Target& target, std::string_view value) {
 
 void StoreCalTemp(const Target& target, std::string_view value) {
     const std::string_view section = target.section.name;
-    if (section == "Attenuation") target.cal.SetKCalTemp(0, Single(value));
+    if (section == "Attenuation") target.cal.SetKCalTemp(0, Single(Val(value)));
     if (section == "Scattering" || section == "General") Read(target.cal.CalTemp, value);
 }
 
 void StoreKTempCoeff(const Target& target, std::string_view value) {
-    target.cal.SetKTempCoeff(target.section.channel, target.index, Single(value));
+    target.cal.SetKTempCoeff(target.section.channel, target.index, Single(Val(value)));
 }
 
 void StoreKTPW(const Target& target, std::string_view value) {
-    target.cal.SetKTPW(target.section.channel, Single(value));
+    target.cal.SetKTPW(target.section.channel, Single(Val(value)));
 }
 
 using Cal = CalibrationDataClass;
@@ -283,7 +279,7 @@ void CalibrationDataClass::ParseLineIntoCalClass(std::string_view line, CalSecti
         return;
     }
     UpdateChannel(section);
-    const bool channelExists = section.channel >= 0 && section.channel < kChannelSlots;
+    const bool channelExists = IsChannel(section.channel);
     for (const KeyRule& rule : kKeys) {
         const auto index = MatchKey(rule, key);
         if (!index) continue;

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <system_error>
 
+#include "calibration/ChannelRange.h"
+#include "calibration/Sentinel.h"
 #include "common/Numbers.h"
 #include "optics/PurewaterClass.h"
 
@@ -11,16 +13,9 @@ namespace marisonde {
 
 namespace {
 
-constexpr int kWalkedChannels = 12;  ///< what walks all channels leaves the last slot alone
-constexpr int kModelChannels = 8;    ///< the sigma model is filled for these
-constexpr int kFirstGain = 1;
-constexpr int kLastGain = 5;
+constexpr int kModelChannels = 8;  ///< the sigma model is filled for these
 constexpr int kGainDecimals = 6;
 constexpr double kSmallestSigmaExp = 0.0001;
-
-bool IsChannel(int ch) {
-    return ch >= 0 && ch < kChannelSlots;
-}
 
 std::size_t Index(int i) {
     return static_cast<std::size_t>(i);
@@ -34,10 +29,6 @@ bool AnyOffset(const GainOffsets& offsets) {
 /// K of pure water, 1/m, with the water's own absorption in it.
 double WaterK(double lambda, bool salt) {
     return 1.6 * Purewater().bb(lambda, salt) + Purewater().a(lambda);
-}
-
-double OrSentinel(double value) {
-    return std::isfinite(value) ? value : kSentinel;
 }
 
 /// sigma's constant that makes sigma 1 at the K of pure water.

@@ -6,30 +6,13 @@
 #include <cstddef>
 #include <limits>
 
+#include "calibration/ChannelRange.h"
 #include "calibration/Converter.h"
-#include "common/Numbers.h"
+#include "calibration/Sentinel.h"
 
 namespace marisonde::conversion {
 
-inline constexpr int kFirstGain = 1;
-inline constexpr int kLastGain = 5;
 inline constexpr double kFailed = std::numeric_limits<double>::quiet_NaN();
-
-/// Infinite or not a number.
-inline bool Failed(double value) {
-    return !(std::abs(value) <= std::numeric_limits<double>::max());
-}
-
-/// 64 bits: what failed is the sentinel.
-inline double OrSentinel(double value) {
-    return Failed(value) ? kSentinel : value;
-}
-
-/// To 32 bits; what failed or does not fit is the sentinel.
-inline float Single(double value) {
-    const auto single = static_cast<float>(value);
-    return std::abs(single) <= std::numeric_limits<float>::max() ? single : kSentinelF;
-}
 
 /// A divisor that failed must not pass as a quotient of 0.
 inline double Divide(double a, double b) {

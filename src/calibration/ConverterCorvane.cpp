@@ -9,10 +9,6 @@ namespace {
 
 constexpr unsigned kGainMask = 7;
 
-bool IsChannel(int ch) {
-    return ch >= 0 && ch < kChannelSlots;
-}
-
 }  // namespace
 
 void Converter::ApplyCorvane(RawSample& raw, CalibratedSample& out) const {
