@@ -149,6 +149,7 @@ class LivePlot {
     void LayOutCorvane();
     void LayOutTidal();
     void LayOutDelph();
+    void LayOutNothing();
     void LayOutKeptSeries(int channels);
     void LabelAxes(std::int32_t yType, std::int32_t y2Type);
     void ChangeView(PlotView view);

@@ -103,6 +103,26 @@ TEST_F(PlotLayoutTest, PointsStayWhenTheSameLayoutIsAppliedAgain) {
     EXPECT_TRUE(std::isnan(primary.X(1)));
 }
 
+TEST_F(PlotLayoutTest, PointsOfAnotherFamilyGoAlsoWhereTheSeriesAreAsMany) {
+    plot.SetupChartForInstrument(InstTypeCode::Corvane4);
+    Plot(Scatter(0, 0, 0.004, 0.003));
+    ASSERT_EQ(primary.NumSeries(), 7);
+    plot.SetupChartForInstrument(InstTypeCode::Delph6);
+    ASSERT_EQ(primary.NumSeries(), 7);
+    EXPECT_EQ(plot.PlotIndex(), 1);
+    EXPECT_TRUE(std::isnan(primary.Y(1, 1)));
+}
+
+TEST_F(PlotLayoutTest, ANameOfNoModelHasNoSeriesEither) {
+    plot.SetupChartForInstrument(InstTypeCode::NTidal);
+    PlotMany(3);
+    plot.SetupChartForInstrument(InstTypeCode::NoSuchName);
+    EXPECT_EQ(primary.NumSeries(), 0);
+    EXPECT_EQ(secondary.NumSeries(), 0);
+    EXPECT_FALSE(Y2().Visible());
+    EXPECT_EQ(plot.PlotIndex(), 1);
+}
+
 TEST_F(PlotLayoutTest, FindsSeriesByType) {
     plot.SetupChartForInstrument(InstTypeCode::Corvane6);
     EXPECT_EQ(plot.FindSeriesOfType(5), 7);
