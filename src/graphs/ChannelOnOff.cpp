@@ -1,5 +1,6 @@
 #include "graphs/ChannelOnOff.h"
 
+#include "graphs/ChartBatch.h"
 #include "graphs/PlotReadouts.h"
 
 namespace marisonde {
@@ -24,13 +25,11 @@ bool HasChannel(InstTypeCode model, int channel) {
 
 void ChannelOnOffCommand(Chart2D& chart, InstTypeCode model, int channel, bool on) {
     if (!HasChannel(model, channel)) return;
-    const bool batched = chart.IsBatched();
-    chart.SetIsBatched(true);
+    const ChartBatch batch(chart);
     const SeriesDisplay display = on ? SeriesDisplay::Drawn : SeriesDisplay::Kept;
     const CurvePlace place = PlaceOf(model, channel);
     chart.ChartGroups(place.group).SetDisplay(place.series, display);
     if (IsTidalFamily(model) && channel == 0) chart.ChartGroups(1).SetDisplay(2, display);
-    chart.SetIsBatched(batched);
 }
 
 bool ChannelIsOn(const Chart2D& chart, InstTypeCode model, int channel) {

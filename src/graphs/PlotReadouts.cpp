@@ -19,9 +19,7 @@ void ReadoutText::SetCut(double value, int decimals) {
 }
 
 void ReadoutText::SetMinutes(double minutes) {
-    std::string text = FixedText(minutes, minutes < 1000 ? 1 : 0);
-    if (text == "-0.0") text = "0.0";
-    Set(text.substr(0, kMaxNumberText) + " min");
+    Set(FixedText(minutes, minutes < 1000 ? 1 : 0).substr(0, kMaxNumberText) + " min");
 }
 
 int FirstDataBox(InstTypeCode type) {
