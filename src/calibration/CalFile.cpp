@@ -44,24 +44,38 @@ constexpr std::array kSerialPrefixes{
     SerialPrefix{"NT", InstTypeCode::NTidal},
 };
 
-CalFileType TypeFromText(std::string_view text) {
-    CalFileType found;
+/// What one line tells of a file. True: nothing behind it can change that.
+bool TellsType(std::string_view line, CalFileType& found) {
     std::string section;
-    while (!text.empty()) {
-        const auto [key, value] = SplitCalLine(TakeCalLine(text), section);
-        if (key == "DeviceType") {
-            const InstTypeCode named = InstTypeFromName(value);
-            found.type = named == InstTypeCode::NoSuchName ? InstTypeCode::Unknown : named;
-        }
-        if (key != "Serial") continue;
-        found.serial = value;
-        for (const auto& [letters, type] : kSerialPrefixes) {
-            if (!value.starts_with(letters)) continue;
-            found.type = type;
-            return found;
-        }
+    const auto [key, value] = SplitCalLine(line, section);
+    if (key == "DeviceType") {
+        const InstTypeCode named = InstTypeFromName(value);
+        found.type = named == InstTypeCode::NoSuchName ? InstTypeCode::Unknown : named;
+    }
+    if (key != "Serial") return false;
+    found.serial = value;
+    for (const auto& [letters, type] : kSerialPrefixes) {
+        if (!value.starts_with(letters)) continue;
+        found.type = type;
+        return true;
+    }
+    return false;
+}
+
+CalFileType TypeFromText(std::istream& file) {
+    CalFileType found;
+    std::string text;
+    while (std::getline(file, text)) {
+        // Lines may end in CR alone.
+        for (std::string_view rest = text; !rest.empty();)
+            if (TellsType(TakeCalLine(rest), found)) return found;
     }
     return found;
+}
+
+bool HasLengthOfImage(const std::filesystem::path& path) {
+    std::error_code error;
+    return std::filesystem::file_size(path, error) == kCalImageSize;
 }
 
 }  // namespace
@@ -170,10 +184,16 @@ CalFileResult CalibrationDataClass::SaveAsFile(const std::filesystem::path& path
 
 CalFileType GetCalFileType(const std::filesystem::path& path) {
     if (!Exists(path)) return {};
-    std::error_code error;
-    const auto bytes = ReadFileBytes(path, error);
-    if (!bytes) return {InstTypeCode::Unknown, "", "Error opening cal file: " + error.message() + "."};
-    return IsCalImage(*bytes) ? CalImageType(*bytes) : TypeFromText(*bytes);
+    if (HasLengthOfImage(path)) {
+        std::error_code error;
+        const std::string bytes = ReadFileBytes(path, error).value_or("");
+        if (IsCalImage(bytes)) return CalImageType(bytes);
+    }
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    CalFileType found = TypeFromText(file);
+    if (!file.is_open() || file.bad()) found.error = "Error opening cal file: " + SystemText() + ".";
+    return found;
 }
 
 }  // namespace marisonde

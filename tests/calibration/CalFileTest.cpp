@@ -1,4 +1,5 @@
 // Calibration files: load, save, and what a file is.
+#include <cstdint>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
@@ -84,6 +85,24 @@ TEST_F(CalFiles, TypeByTheFirstTwoLettersOfTheSerial) {
         EXPECT_EQ(found.error, "");
     }
     EXPECT_EQ(GetCalFileType(folder_ / "none.cal").type, InstTypeCode::Unknown);
+}
+
+TEST_F(CalFiles, TypeInLinesOfAnyEnd) {
+    for (const std::string end : {"\r\n", "\n", "\r"}) {
+        const auto found = GetCalFileType(
+            Write("t.cal", "[General]" + end + "DeviceType=Fathom-2" + end + end + "Serial=F2-1" + end));
+        EXPECT_EQ(found.type, InstTypeCode::Fathom2);
+        EXPECT_EQ(found.serial, "F2-1");
+    }
+}
+
+// A recording taken for a calibration may be longer than the memory.
+TEST_F(CalFiles, NothingBehindADecidingSerialIsRead) {
+    const fs::path path = Write("long.cal", "Serial=CV6-1\r\n");
+    std::error_code error;
+    fs::resize_file(path, std::uintmax_t{1} << 40U, error);
+    if (error) GTEST_SKIP() << "this file system has no room for a long empty file";
+    EXPECT_EQ(GetCalFileType(path).type, InstTypeCode::Corvane6);
 }
 
 }  // namespace
