@@ -138,6 +138,25 @@ TEST(CalibrationData, VirtualChannels) {
     EXPECT_TRUE(copy.Channel(7).IsVirtualChannel);
 }
 
+TEST(CalibrationData, ACopyHasEverything) {
+    CalibrationDataClass cal = OfType(InstTypeCode::Corvane6);
+    cal.Comment = "two words";
+    cal.Serial = "CV6-1";
+    cal.ModificationTime = 40000;
+    cal.kD2 = 0.5F;
+    cal.NoteSource("origin");
+    cal.SetMu(12, 0.25);
+    cal.SetChEx(1, 1);
+    cal.SetChRep(1, 8);
+    cal.EditAttenuation(12).KDepthThresh[10] = 7;
+    cal.SetKkT(3, 5, 0.125);
+    cal.ChangedItems = CalItems::Comment;
+    CalibrationDataClass copy = OfType(InstTypeCode::Delph2);
+    copy.SetSigmaExp(2, 1);
+    copy.Copy(cal);
+    EXPECT_EQ(copy, cal);
+}
+
 TEST(CalibrationData, ChannelNumbersOutsideTheArraysDoNoHarm) {
     CalibrationDataClass cal = OfType(InstTypeCode::Corvane6);
     cal.SetChEx(0, 30000);
