@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "app/PlottedChannels.h"
 #include "app/WindowTitle.h"
@@ -258,7 +259,15 @@ void DataWindow::ShowCalibration() {
 }
 
 void DataWindow::CalibrationChanged() {
+    if (std::exchange(sampledModel_, Link.CalData.InstType) != Link.CalData.InstType) ForgetSample();
     converter_.emplace(Link.CalData, app_.sigma, app_.pureWater);
+}
+
+/// Samples are reused line by line: what one model leaves in them is nothing that another has measured.
+void DataWindow::ForgetSample() {
+    Link.State.CurrentRaw = {};
+    Link.State.CurrentSample = {};
+    Link.State.HasSample = false;
 }
 
 std::string DataWindow::OpenWithoutQuery(int port, int baud, InstTypeCode model) {

@@ -118,6 +118,7 @@ class DataWindow {
     void DateSample();
     void PlotSample(const RawSample& raw, const CalibratedSample& sample);
     bool TakeNextSample();
+    void ForgetSample();
     void Record(std::string_view chunk);
     void StoreSample();
     void WatchLine();
@@ -129,7 +130,8 @@ class DataWindow {
 
     AppContext& app_;
     Dialogs& dialogs_;
-    std::optional<Converter> converter_;  ///< of CalData while CalReady; none before
+    std::optional<Converter> converter_;                 ///< of CalData while CalReady; none before
+    InstTypeCode sampledModel_ = InstTypeCode::Unknown;  ///< whose samples the window converts
     RecordedInstrument recorded_;
     std::string line_;  ///< the queued line at hand
     /// Live samples that wait while those before them are read again.

@@ -10,11 +10,7 @@ namespace marisonde {
 
 void DataWindow::ClearShownData() {
     if (Running != nullptr) Running->Cancel(kLoadOperation);
-    if (Stored.IsShown()) {
-        Link.State.CurrentRaw = {};
-        Link.State.CurrentSample = {};
-        Link.State.HasSample = false;
-    }
+    if (Stored.IsShown()) ForgetSample();
     Stored = {};
     ++LoadSerial;
     LoadProgress.reset();

@@ -350,6 +350,34 @@ TEST_F(DataWindowTest, CalibrationOfAnotherModelIsNotUsed) {
     EXPECT_FALSE(window.Link.State.CalReady);
 }
 
+TEST_F(DataWindowTest, AnotherModelBeginsWithAFreshSample) {
+    const auto window = Scripted(Model::Corvane6);
+    port->Queue(SampleLine() + "\r");
+    Run(*window, kTick);
+    CalibratedSample& sample = window->Link.State.CurrentSample;
+    ASSERT_TRUE(sample.Valid[5]);
+    const auto path = folder / "small.cal";
+    TestFolder::Write(path, simulator::MakeInstrument(Model::Corvane2)->CalText());
+    ASSERT_TRUE(window->LoadCalIntoWindow(path.string()));
+    EXPECT_FALSE(window->Link.State.HasSample);
+    port->Queue(SampleLine() + "\r");
+    Run(*window, kTick);
+    EXPECT_TRUE(sample.Valid[0]);
+    EXPECT_FALSE(sample.Valid[5]);
+    // Series 6 carries the depth of a Corvane-2; on a Corvane-6 it is the sixth channel's.
+    const ChartGroup& group = window->Chart.ChartGroups(1);
+    ASSERT_EQ(group.NumSeries(), 6);
+    EXPECT_EQ(group.Y(6, group.LastPoint()), static_cast<double>(sample.Depth));
+}
+
+TEST_F(DataWindowTest, ANewCalibrationOfTheSameModelKeepsTheSampleOnView) {
+    const auto window = Scripted(Model::Corvane6);
+    port->Queue(SampleLine() + "\r");
+    Run(*window, kTick);
+    ASSERT_TRUE(window->LoadCalIntoWindow((folder / "window0.cal").string()));
+    EXPECT_TRUE(window->Link.State.HasSample);
+}
+
 TEST_F(DataWindowTest, PortThatCannotBeOpenedSaysWhy) {
     auto line = std::make_unique<ScriptedLine>();
     line->openFailsWith = {LineError::Kind::Busy, "Device is in use"};
