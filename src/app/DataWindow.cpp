@@ -305,7 +305,10 @@ void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::s
     DataFilesRequest request;
     request.temporaryFolder = app_.temporaryFolder;
     request.basePath = basePath;
-    if (!kind.empty()) WriteRawHeader(request.rawHeader, stamp, kind, Link.State.InstType, &Link.CalData);
+    // A calibration that does not fit is another instrument's: its serial number must not stand over the
+    // data.
+    const CalibrationDataClass* const cal = Link.State.CalReady ? &Link.CalData : nullptr;
+    if (!kind.empty()) WriteRawHeader(request.rawHeader, stamp, kind, Link.State.InstType, cal);
     if (wantDat) betaColumns_ = app_.pureWater.WriteBetaColumns;
     if (wantDat) WriteDatHeader(request.datHeader, stamp, "", Link.CalData, app_.sigma, app_.pureWater);
     if (basePath.empty()) untitledNumber_ = ++app_.untitledFiles;
@@ -343,8 +346,8 @@ std::string DataWindow::WhereDataAre() const {
 
 std::string DataWindow::DefaultFileName() const {
     const CivilDate now = CivilFromDate(app_.clock.Now());
-    std::string name =
-        Link.CalData.Serial.empty() ? std::string(InstTypeName(Link.State.InstType)) : Link.CalData.Serial;
+    const bool named = Link.State.CalReady && !Link.CalData.Serial.empty();
+    std::string name = named ? Link.CalData.Serial : std::string(InstTypeName(Link.State.InstType));
     // A point would begin the extension, which every file of the pair has its own.
     for (char& c : name)
         if (c == '/' || c == '\\' || c == ':' || c == '.') c = '_';

@@ -350,6 +350,21 @@ TEST_F(DataWindowTest, CalibrationOfAnotherModelIsNotUsed) {
     EXPECT_FALSE(window.Link.State.CalReady);
 }
 
+TEST_F(DataWindowTest, DataWithoutAFittingCalibrationDoNotCarryItsSerialNumber) {
+    DataWindow window(app, dialogs, std::make_unique<ScriptedLine>());
+    const auto path = folder / "other.cal";
+    TestFolder::Write(path, simulator::MakeInstrument(Model::Delph4)->CalText());
+    ASSERT_TRUE(window.LoadCalIntoWindow(path.string()));
+    ASSERT_FALSE(window.Link.CalData.Serial.empty());
+    ASSERT_EQ(window.OpenWithoutQuery(3, 19200, InstTypeCode::Corvane6), "");
+    window.OpenDataFiles("raw", window.Link.State.CalReady);
+    EXPECT_NE(RawText(window).find("DeviceType=Corvane-6\r\nDataSource=Corvane-6\r\nCalSource=Corvane-6\r\n"
+                                   "Serial=\r\nConfig=\r\n[EndHeader]\r\n"),
+              std::string::npos)
+        << RawText(window);
+    EXPECT_EQ(window.DefaultFileName(), "Corvane-6 2011-07-11 091522");
+}
+
 TEST_F(DataWindowTest, AnotherModelBeginsWithAFreshSample) {
     const auto window = Scripted(Model::Corvane6);
     port->Queue(SampleLine() + "\r");
