@@ -32,7 +32,10 @@ QCoro::Task<bool> SaveCalFileAs(Operation& operation, DataWindow& window) {
         co_await SaveFileDialog(operation, window.Ask(), app.settings, SaveSource::Calibration, proposed);
     if (answer.path.empty()) co_return false;
     const CalFileResult saved = window.Link.CalData.SaveAsFile(answer.path, app.pureWater);
-    if (!saved.ok) window.Ask().ShowError(saved.error);
+    if (saved.ok)
+        app.prefs.CalFile = answer.path;
+    else
+        window.Ask().ShowError(saved.error);
     co_return saved.ok;
 }
 
