@@ -15,7 +15,6 @@ namespace marisonde {
 namespace {
 
 constexpr Millis kNoLimit = Millis::max();
-constexpr std::size_t kStoringSerial = 7;  ///< shorter serials are of units that store no calibration
 
 bool ShutterMoves(InstStateCode state) {
     return state == InstStateCode::OpeningShutter || state == InstStateCode::ClosingShutter;
@@ -93,7 +92,6 @@ QCoro::Task<> Connector::AskOtherSerial(Operation& operation) {
                             "Select Cal", "Use Current", ""};
     const Choice choice = co_await window_.Ask().ShowChoiceDialog(operation, question);
     if (choice != Choice::First || Stopped(operation)) co_return;
-    State().CancelRequest = kCancelIdle;
     const bool selected = co_await SelectCalCommand(operation, window_);
     if (!selected) State().CancelRequest = kCancelStop;
     State().Connected = false;
@@ -110,8 +108,7 @@ void Connector::RefuseOldFirmware() {
 }
 
 QCoro::Task<> Connector::FetchCalibration(Operation& operation) {
-    const bool tidal = State().InstModelName.find("-Tidal") != std::string::npos;
-    if (tidal && State().InstSerial.size() < kStoringSerial) {
+    if (!StoresCalibration(State().InstType, State().InstSerial)) {
         RefuseOldFirmware();
         co_return;
     }

@@ -11,16 +11,16 @@ namespace marisonde {
 namespace {
 
 constexpr const char* kUnknown = "unknown";
-constexpr std::size_t kSerialOfNewTidal = 7;
 
 std::string ShortDate(double date) {
     if (date == 0) return kUnknown;
     return QLocale().toString(DateTimeFromDays(date).date(), QLocale::ShortFormat).toStdString();
 }
 
-/// Tidal instruments with a short serial are of the first series, whose firmware keeps no calibration.
-bool StoresCalibration(const DataWindowState& state) {
-    return !IsTidalFamily(state.InstType) || state.InstSerial.size() >= kSerialOfNewTidal;
+/// An instrument that was identified brings its calibration, or was compared with the one that is loaded.
+std::string CalSource(const DataWindowState& state, const CalibrationDataClass& cal) {
+    if (!state.CalReady) return kUnknown;
+    return state.Connected && !state.InstSerial.empty() ? "Detected" : cal.SourceFile();
 }
 
 }  // namespace
@@ -38,7 +38,9 @@ std::vector<InstStatusRow> InstStatus(const DataWindow& window) {
         {"BAUD_Rate_Box", "&Baud rate", open ? std::to_string(state.BaudRate) : ""},
         {"MaxDepth_box", "Maximum &depth (m)", state.CalReady ? NumberText(cal.MaxDepth) : kUnknown},
         {"CalDateBox", "&Calibrated on", state.CalReady ? ShortDate(cal.CalTime) : kUnknown},
-        {"Nonvolatile_Box", "&Keeps its calibration", open && StoresCalibration(state) ? "Yes" : "No"},
+        {"CalSource_Box", "Calibration so&urce", CalSource(state, cal)},
+        {"Nonvolatile_Box", "&Keeps its calibration",
+         open && StoresCalibration(state.InstType, state.InstSerial) ? "Yes" : "No"},
     };
 }
 

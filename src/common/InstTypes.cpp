@@ -130,4 +130,9 @@ bool SerialMatches(std::string_view a, std::string_view b) {
     return EqualIgnoringCase(a.substr(0, 2), b.substr(0, 2)) && SerialNumber(a) == SerialNumber(b);
 }
 
+bool StoresCalibration(InstTypeCode type, std::string_view serial) {
+    constexpr std::size_t kLaterSeries = 7;
+    return !IsTidalFamily(type) || serial.size() >= kLaterSeries;
+}
+
 }  // namespace marisonde

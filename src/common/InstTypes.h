@@ -63,5 +63,8 @@ int OutputChunkSize(const InstIdentity& inst);
 /// True when either text is empty or "unknown", or both have the same two letters (any case) and the same
 /// number.
 bool SerialMatches(std::string_view a, std::string_view b);
+/// Tidal instruments with a serial below 7 characters are of the first series, whose firmware keeps no
+/// calibration.
+bool StoresCalibration(InstTypeCode type, std::string_view serial);
 
 }  // namespace marisonde

@@ -108,6 +108,12 @@ TEST_F(WindowStartTest, TheStatusOfAConnectedInstrument) {
     EXPECT_EQ(ValueOf(*window, "CalDateBox"), "unknown");
     window->Link.CalData.CalTime = DateFromCivil(2011, 7, 11);
     EXPECT_NE(ValueOf(*window, "CalDateBox").find("11"), std::string::npos);
+    EXPECT_EQ(ValueOf(*window, "CalSource_Box"), "Detected");
+}
+
+TEST_F(WindowStartTest, TheCalibrationOfAnInstrumentThatWasNotIdentifiedComesFromItsFile) {
+    const auto window = Scripted(Model::Corvane6);
+    EXPECT_EQ(ValueOf(*window, "CalSource_Box"), (folder / "window0.cal").string());
 }
 
 TEST_F(WindowStartTest, TheStatusWithoutAnInstrument) {
@@ -116,6 +122,7 @@ TEST_F(WindowStartTest, TheStatusWithoutAnInstrument) {
     EXPECT_EQ(ValueOf(window, "Com_Port_Box"), "");
     EXPECT_EQ(ValueOf(window, "MaxDepth_box"), "unknown");
     EXPECT_EQ(ValueOf(window, "CalDateBox"), "unknown");
+    EXPECT_EQ(ValueOf(window, "CalSource_Box"), "unknown");
     EXPECT_EQ(ValueOf(window, "Status_Box"), "No Connection");
     EXPECT_EQ(ValueOf(window, "Nonvolatile_Box"), "No");
 }

@@ -115,5 +115,14 @@ TEST(InstTypes, SerialMatches) {
     }
 }
 
+TEST(InstTypes, ShortSerialsOfTidalsAreOfTheSeriesThatStoresNoCalibration) {
+    for (const auto type : {InstTypeCode::LTidal, InstTypeCode::NTidal, InstTypeCode::XTidal}) {
+        EXPECT_FALSE(StoresCalibration(type, "LT0407"));
+        EXPECT_TRUE(StoresCalibration(type, "LT04071"));
+    }
+    EXPECT_TRUE(StoresCalibration(InstTypeCode::Corvane6, "CV6"));
+    EXPECT_TRUE(StoresCalibration(InstTypeCode::Delph4, ""));
+}
+
 }  // namespace
 }  // namespace marisonde
