@@ -1,8 +1,8 @@
 #include "app/ConnectAgain.h"
 
-#include <algorithm>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/DataWindow.h"
 #include "link/Commands.h"
@@ -33,19 +33,21 @@ struct Lost {
     bool sampled;
 };
 
-/// The number under which the device is there now, or nothing. An adapter may come back under another name;
-/// its own serial text tells it, as long as no other has the same.
+/// Adapters with serials are told by them: a hub may bring them back under each other's numbers. Of the
+/// others only the number is known.
+bool IsAdapter(const PortEntry& entry, const Lost& lost) {
+    if (entry.serial.empty() || lost.adapter.serial.empty()) return entry.number == lost.port;
+    return entry.serial == lost.adapter.serial && entry.description == lost.adapter.description;
+}
+
+/// The number under which the device is there now, or nothing. Of several that look alike it is the one that
+/// has kept its number.
 std::optional<int> WhereIsIt(Ports& ports, const Lost& lost) {
-    const auto present = ports.Present();
-    for (const PortEntry& entry : present)
+    std::vector<PortEntry> alike = ports.Present();
+    std::erase_if(alike, [&](const PortEntry& entry) { return !IsAdapter(entry, lost); });
+    for (const PortEntry& entry : alike)
         if (entry.number == lost.port) return lost.port;
-    if (lost.adapter.serial.empty()) return std::nullopt;
-    const auto same = [&](const PortEntry& entry) {
-        return entry.serial == lost.adapter.serial && entry.description == lost.adapter.description;
-    };
-    const auto found = std::find_if(present.begin(), present.end(), same);
-    if (std::count_if(present.begin(), present.end(), same) != 1) return std::nullopt;
-    return found->number;
+    return alike.size() == 1 ? std::optional(alike.front().number) : std::nullopt;
 }
 
 /// False: the user wants something else of this window now.
@@ -75,8 +77,7 @@ void Restart(DataWindow& window, const Lost& lost) {
 
 /// An instrument that was never identified cannot be told from another: what is there is taken as before.
 bool OpenUnidentified(DataWindow& window, const Lost& lost) {
-    LineError error;
-    if (!OpenPort(window.Link, lost.port, lost.baud, error)) return false;
+    if (window.Link.OpenPort(lost.port, lost.baud)) return false;
     window.Link.State.Connected = true;
     window.Link.State.PortNumber = static_cast<std::int16_t>(lost.port);
     window.Link.State.BaudRate = lost.baud;
@@ -86,7 +87,7 @@ bool OpenUnidentified(DataWindow& window, const Lost& lost) {
 
 /// Whatever answered meanwhile: the window stays that of the instrument it has lost.
 void CloseAs(DataWindow& window, const Lost& lost) {
-    ClosePort(window.Link);
+    window.Link.ClosePort();
     DataWindowState& state = window.Link.State;
     state.InstType = lost.type;
     state.InstModelName = lost.model;
@@ -123,7 +124,7 @@ QCoro::Task<Attempt> TryAgain(Operation& operation, DataWindow& window, const Lo
 QCoro::Task<> ConnectAgain(Operation& operation, DataWindow& window) {
     Lost lost(window.Link.State, *window.App().ports);
     DataWindowState& state = window.Link.State;
-    ClosePort(window.Link);
+    window.Link.ClosePort();
     state.ConnectStage = 0;
     for (;;) {
         const bool there = co_await WaitForDevice(operation, window, lost);
@@ -142,7 +143,7 @@ QCoro::Task<> ConnectAgain(Operation& operation, DataWindow& window) {
         const bool goOn = co_await Pause(operation, window, kAskAgain);
         if (!goOn) co_return;
     }
-    ClosePort(window.Link);
+    window.Link.ClosePort();
 }
 
 }  // namespace marisonde

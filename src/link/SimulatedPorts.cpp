@@ -57,10 +57,10 @@ class SimulatedPortLine final : public SerialLine {
 int SimulatedPorts::Add(std::unique_ptr<simulator::Instrument> instrument) {
     int port = 1;
     while (places_.contains(port)) ++port;
-    Place place;
-    place.model = instrument->Info().name;
-    place.cable = std::make_unique<SimulatedLine>(std::move(instrument), clock_);
-    places_.emplace(port, std::move(place));
+    const simulator::ModelInfo& info = instrument->Info();
+    PortEntry entry{port, "simulated", "Simulated " + std::string(info.name), std::string(info.serial)};
+    places_.emplace(port,
+                    Place{std::move(entry), std::make_unique<SimulatedLine>(std::move(instrument), clock_)});
     return port;
 }
 
@@ -73,9 +73,14 @@ std::vector<PortEntry> SimulatedPorts::Present() {
     std::vector<PortEntry> present;
     for (const auto& [number, place] : places_) {
         if (!place.cable->IsOpen() && place.cable->LastError().kind == LineError::Kind::Gone) continue;
-        present.push_back({number, "simulated", "Simulated " + place.model, ""});
+        present.push_back(place.entry);
     }
     return present;
+}
+
+std::optional<PortEntry> SimulatedPorts::Known(int number) {
+    const auto place = places_.find(number);
+    return place == places_.end() ? std::nullopt : std::optional(place->second.entry);
 }
 
 std::unique_ptr<SerialLine> SimulatedPorts::MakeLine() {

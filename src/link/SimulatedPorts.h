@@ -2,7 +2,7 @@
 
 #include <map>
 #include <memory>
-#include <string>
+#include <optional>
 #include <vector>
 
 #include "common/Clock.h"
@@ -12,7 +12,8 @@
 namespace marisonde {
 
 /// Ports in this process with a simulated instrument on each. As with real ones, one line at a time can have
-/// a port open, and an instrument goes on with what it does while nobody listens.
+/// a port open, and an instrument goes on with what it does while nobody listens. Each cable is part of its
+/// instrument: model and serial stand where a real port has those of its adapter.
 class SimulatedPorts final : public Ports {
   public:
     explicit SimulatedPorts(const Clock& clock) : clock_(clock) {}
@@ -23,13 +24,14 @@ class SimulatedPorts final : public Ports {
     [[nodiscard]] simulator::Instrument* InstrumentAt(int port);
 
     [[nodiscard]] std::vector<PortEntry> Present() override;
+    [[nodiscard]] std::optional<PortEntry> Known(int number) override;
     [[nodiscard]] std::unique_ptr<SerialLine> MakeLine() override;
 
   private:
     friend class SimulatedPortLine;
     struct Place {
+        PortEntry entry;
         std::unique_ptr<SimulatedLine> cable;
-        std::string model;
     };
     const Clock& clock_;
     std::map<int, Place> places_;

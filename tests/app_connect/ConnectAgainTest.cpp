@@ -253,6 +253,76 @@ TEST_F(PulledCable, AnAdapterUnderAnotherNumberIsKnownByItsSerial) {
     EXPECT_EQ(dialogs.errors.size(), 1u);
 }
 
+TEST_F(PulledCable, AHubMayBringAdaptersBackUnderEachOthersNumbers) {
+    Connected();
+    Pull();
+    TeachModel(ports.Add(5), Model::Delph4);
+    talker->replies["ID"][2] = "S/N: D4080199";
+    ports.serials[3] = "B7";
+    PlugIn();
+    ASSERT_TRUE(Finish());
+    EXPECT_TRUE(State().Connected);
+    EXPECT_EQ(State().PortNumber, 5);
+    EXPECT_EQ(talker->heard, "") << "another instrument is not disturbed";
+    EXPECT_EQ(dialogs.errors.size(), 1u);
+}
+
+TEST_F(PulledCable, AnotherAdapterOnItsNumberIsNotTried) {
+    Connected();
+    Pull();
+    ports.serials[3] = "B7";
+    PlugIn();
+    TickFor(1min);
+    EXPECT_FALSE(State().Connected);
+    EXPECT_EQ(talker->heard, "");
+    ports.serials[3] = "A5";
+    ASSERT_TRUE(Finish());
+    EXPECT_TRUE(State().Connected);
+}
+
+TEST_F(PulledCable, AdaptersWithoutSerialAreKnownByTheirNumber) {
+    ports.serials[3] = "";
+    Connected();
+    Pull();
+    ports.serials[5] = "";
+    TeachModel(ports.Add(5), Model::Delph4);
+    TickFor(1min);
+    EXPECT_FALSE(State().Connected);
+    EXPECT_EQ(ports.talkers[5]->heard, "");
+    PlugIn();
+    ASSERT_TRUE(Finish());
+    EXPECT_TRUE(State().Connected);
+    EXPECT_EQ(State().PortNumber, 3);
+}
+
+TEST_F(PulledCable, TheDeviceIsLookedForEverySecond) {
+    Connected();
+    talker->gone = true;
+    Tick();  // told, and looked for at once
+    ASSERT_EQ(dialogs.errors.size(), 1u);
+    PlugIn();
+    const std::size_t opened = talker->openedPorts.size();
+    TickFor(950ms);
+    EXPECT_EQ(talker->openedPorts.size(), opened);
+    Tick();
+    EXPECT_EQ(talker->openedPorts.size(), opened + 1);
+}
+
+TEST_F(PulledCable, ASilentInstrumentIsLeftAloneFor5Seconds) {
+    Connected();
+    talker->replies.erase("ID");
+    talker->gone = true;
+    Tick();
+    PlugIn();
+    TickFor(1s);
+    const std::size_t opened = talker->openedPorts.size();
+    // 3 s of silence, and then the pause.
+    TickFor(3s + 4950ms);
+    EXPECT_EQ(talker->openedPorts.size(), opened);
+    Tick();
+    EXPECT_EQ(talker->openedPorts.size(), opened + 1);
+}
+
 TEST_F(PulledCable, OtherAdaptersAreNotTried) {
     for (const bool twins : {false, true}) {
         dialogs.errors.clear();

@@ -1,4 +1,5 @@
 #include "app/Connect.h"
+#include "app/ConnectAgain.h"
 #include "app/WindowFixture.h"
 #include "link/Commands.h"
 #include "link/SimulatedPorts.h"
@@ -140,6 +141,34 @@ TEST_F(SimulatedConnect, AnOldCalibrationIsRemindedOf) {
     Connect(Model::Delph4, options);
     EXPECT_EQ(dialogs.reminders.size(), 1u);
     EXPECT_TRUE(window->Link.State.Connected);
+}
+
+TEST_F(SimulatedConnect, AnInstrumentThatComesBackUnderAnotherNumberGoesOn) {
+    Options options;
+    options.powerOn = PowerOn::Stopped;
+    options.faults.vanishAt = 20s;
+    Connect(Model::Delph4, options);
+    ExpectConnected(Model::Delph4);
+    ASSERT_LT(clock.Steady(), 20s);
+    window->OnLineLost = [this] {
+        operations.Start("ConnectAgain", [this](Operation& operation) -> QCoro::Task<> {
+            co_await ConnectAgain(operation, *window);
+        });
+    };
+    while (clock.Steady() < 25s) Tick();
+    EXPECT_FALSE(window->Link.State.Connected);
+    options.faults = {};
+    options.serial = "D4080199";
+    ports.Add(simulator::MakeInstrument(Model::Delph4, options));
+    for (int tick = 0; tick < 200; ++tick) Tick();
+    EXPECT_FALSE(window->Link.State.Connected) << "another one of the model";
+    options.serial.clear();
+    const int port = ports.Add(simulator::MakeInstrument(Model::Delph4, options));
+    for (int tick = 0; tick < 200 && operations.Count() > 0; ++tick) Tick();
+    EXPECT_TRUE(window->Link.State.Connected);
+    EXPECT_EQ(window->Link.State.PortNumber, port);
+    EXPECT_EQ(window->Link.State.InstSerial, "D4080102");
+    EXPECT_EQ(dialogs.errors.size(), 1u);
 }
 
 TEST_F(SimulatedConnect, AMuteInstrumentIsSilent) {

@@ -62,7 +62,16 @@ TEST_F(SimulatedPortsTest, ListsTheModelBehindEachNumber) {
     ASSERT_EQ(present.size(), 2u);
     EXPECT_EQ(present[0].number, 1);
     EXPECT_EQ(present[0].description, "Simulated Corvane-6");
+    EXPECT_EQ(present[0].serial, "CV060412");
     EXPECT_EQ(present[1].description, "Simulated Delph-4");
+    EXPECT_EQ(present[1].serial, "D4080102");
+}
+
+TEST_F(SimulatedPortsTest, TellTheSerialThatTheInstrumentWasGiven) {
+    simulator::Options options;
+    options.serial = "CV6-123";
+    ports.Add(simulator::MakeInstrument(Model::Corvane6, options));
+    EXPECT_EQ(ports.Present()[0].serial, "CV6-123");
 }
 
 TEST_F(SimulatedPortsTest, OneLineAtATimeHasAPort) {
@@ -99,6 +108,9 @@ TEST_F(SimulatedPortsTest, AVanishedInstrumentIsToldOnceAndIsNotListed) {
     EXPECT_EQ(line->LastError().kind, Kind::Gone);
     EXPECT_FALSE(line->IsOpen());
     EXPECT_TRUE(ports.Present().empty());
+    ASSERT_TRUE(ports.Known(1)) << "it is still known what was there";
+    EXPECT_EQ(ports.Known(1)->description, "Simulated Corvane-6");
+    EXPECT_FALSE(ports.Known(2));
 }
 
 }  // namespace
