@@ -1,4 +1,9 @@
+#include <array>
+#include <optional>
+#include <set>
+
 #include "ConnectFixture.h"
+#include "app/ConnectCommand.h"
 
 namespace marisonde {
 namespace {
@@ -82,6 +87,92 @@ TEST_P(EveryWait, AVanishedDeviceIsToldOnceAndHangsNothing) {
     EXPECT_EQ(dialogs.errors.size() + dialogs.asked.size(), 1u) << connectedBefore;
 }
 INSTANTIATE_TEST_SUITE_P(Ticks, EveryWait, testing::Range(0, 380, 3));
+
+// --- questions on the way --------------------------------------------------------------------------------
+
+/// A connection that stands at a question, and its text's beginning.
+struct Halt {
+    const char* question;
+    void (*prepare)(DataWindow& window, Talker& talker, Connector& connector);
+};
+void ForgetFile(DataWindow& /*window*/, Talker& talker, Connector& /*connector*/) {
+    talker.replies.erase("sendcal");
+}
+void LoadAnothers(DataWindow& window, Talker& /*talker*/, Connector& connector) {
+    simulator::Options options;
+    options.calSerial = "D4990177";
+    const auto path = window.App().temporaryFolder / "another.cal";
+    TestFolder::Write(path, simulator::MakeInstrument(Model::Delph4, options)->CalText());
+    ASSERT_TRUE(window.LoadCalIntoWindow(path.string()));
+    connector.CheckUploadCal(false);
+}
+constexpr std::array kHalts{
+    Halt{"Some calibration information did not load properly.", ForgetFile},
+    Halt{"The connected instrument's serial number (D4080102) does not match", LoadAnothers}};
+
+class EveryQuestion : public ConnectFixture, public testing::WithParamInterface<Halt> {
+  protected:
+    void RunToTheQuestion() {
+        Talker& talker = Teach(Model::Delph4);
+        Open();
+        GetParam().prepare(*window, talker, *connector);
+        connector->SelectBaud(19200);
+        PressOk();
+        for (int tick = 0; tick < 1000 && dialogs.asked.empty(); ++tick) Tick();
+        ASSERT_EQ(dialogs.asked.size(), 1u);
+        ASSERT_EQ(dialogs.asked[0].message.find(GetParam().question), 0u) << dialogs.asked[0].message;
+        ASSERT_EQ(operations->Count(), 1u);
+    }
+    void ExpectEnded() {
+        EXPECT_TRUE(pump.Idle());
+        EXPECT_TRUE(dialogs.errors.empty());
+        EXPECT_EQ(dialogs.asked.size(), 1u);
+        ExpectNotConnected();
+    }
+};
+
+TEST_P(EveryQuestion, StandsAsLongAsTheUserLikesWhileTheWindowGoesOn) {
+    RunToTheQuestion();
+    TickFor(1h);
+    EXPECT_EQ(operations->Count(), 1u);
+    EXPECT_TRUE(window->Link.Line().IsOpen());
+    EXPECT_EQ(dialogs.asked.size(), 1u);
+}
+
+TEST_P(EveryQuestion, IsTakenAwayWhenTheConnectionIsCancelled) {
+    RunToTheQuestion();
+    operations->Cancel("Connect");
+    Tick();
+    EXPECT_EQ(operations->Count(), 0u);
+    ExpectEnded();
+}
+
+TEST_P(EveryQuestion, IsTakenAwayWithItsWindow) {
+    RunToTheQuestion();
+    operations.reset();
+    ExpectEnded();
+}
+INSTANTIATE_TEST_SUITE_P(All, EveryQuestion, testing::ValuesIn(kHalts));
+
+TEST_F(ConnectFixture, WithoutAnAnswerToWhereToConnectItIsNowhere) {
+    for (const bool closed : {false, true}) {
+        operations = MakeOperations();
+        window.reset();
+        Open();
+        State().Connected = true;
+        std::optional<ConnectIn> where;
+        operations->Start("ConnectCommand", [&](Operation& operation) -> QCoro::Task<> {
+            where = co_await AskWhereToConnect(operation, *window);
+        });
+        TickFor(1min);
+        EXPECT_FALSE(where);
+        if (closed) operations.reset();
+        if (!closed) operations->Cancel("ConnectCommand");
+        if (!closed) Tick();
+        EXPECT_EQ(where, ConnectIn::Nowhere) << closed;
+        EXPECT_TRUE(pump.Idle());
+    }
+}
 
 // --- six at once -----------------------------------------------------------------------------------------
 

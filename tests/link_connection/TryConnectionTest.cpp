@@ -177,6 +177,19 @@ TEST_F(ConnectionBench, TheSecondQuestionHasThreeSecondsOfItsOwn) {
     EXPECT_EQ(result->finding, Finding::NoInstrument);
 }
 
+TEST_F(ConnectionBench, AnAnswerJustInsideTheSecondThreeSecondsCounts) {
+    Begin();
+    TickFor(950ms);
+    Say({kSample});
+    TickFor(50ms + 2900ms);
+    EXPECT_FALSE(result);
+    Say(CorvaneId());
+    TickFor(50ms);
+    ASSERT_TRUE(result);
+    EXPECT_TRUE(result->Found());
+    EXPECT_EQ(endedAt, 3950ms);
+}
+
 TEST_F(ConnectionBench, SomethingHeardAtTheVeryEndStillGetsItsQuestion) {
     Begin();
     TickFor(2900ms);
