@@ -7,13 +7,12 @@
 
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
+#include "link/PortTable.h"
+#include "link/SerialLine.h"
 
 namespace marisonde {
 
 namespace {
-
-constexpr std::array kRates{4800, 9600, 19200, 38400, 57600, 115200};
-constexpr int kMaxPort = 31;
 
 std::string Quoted(std::string_view text) {
     return "'" + std::string(text) + "'";
@@ -37,13 +36,13 @@ std::optional<InstTypeCode> ModelFrom(std::string_view name) {
 std::string SetPort(CommandLine& line, std::string_view value) {
     line.port = ToInt32(SafeVal(value));
     line.mode = CommandLine::Mode::Direct;
-    if (line.port < 1 || line.port > kMaxPort) return "The port must be a number from 1 to 31.";
+    if (line.port < 1 || line.port > kMaxPortNumber) return "The port must be a number from 1 to 31.";
     return "";
 }
 
 std::string SetBaud(CommandLine& line, std::string_view value) {
     line.baud = ToInt32(SafeVal(value));
-    if (std::find(kRates.begin(), kRates.end(), line.baud) == kRates.end())
+    if (std::find(kInstrumentRates.begin(), kInstrumentRates.end(), line.baud) == kInstrumentRates.end())
         return "The rate must be 4800, 9600, 19200, 38400, 57600 or 115200.";
     return "";
 }

@@ -29,8 +29,12 @@ std::string Behind(const std::string& text, const std::string& remedy) {
     return remedy.empty() ? text : text + "  " + remedy;
 }
 
+bool CanBeChosen(const std::string& model) {
+    return InstTypeFromName(model) < InstTypeCode::Unknown;
+}
+
 bool IsOffered(int baud) {
-    return std::find(kRatesOffered.begin(), kRatesOffered.end(), baud) != kRatesOffered.end();
+    return std::find(kInstrumentRates.begin(), kInstrumentRates.end(), baud) != kInstrumentRates.end();
 }
 
 }  // namespace
@@ -39,7 +43,9 @@ void Connector::Form_Load() {
     const Preferences& prefs = window_.App().prefs;
     State().ConnectStage = kConnectEnded;
     controls_ = {};
-    connectedOnce_ = false;
+    connected_ = false;
+    offered_ = false;
+    unidentified_ = {};
     ports_.clear();
     Ports& ports = *window_.App().ports;
     for (const PortEntry& entry : ports.Present()) {
@@ -66,7 +72,7 @@ void Connector::Form_Load() {
 void Connector::Form_Unload() {
     if (!controls_.Open) return;
     controls_.Open = false;
-    if (connectedOnce_) {
+    if (connected_) {
         Preferences& prefs = window_.App().prefs;
         prefs.Port = State().PortNumber;
         prefs.Baud = State().BaudRate;
@@ -113,15 +119,52 @@ void Connector::NoteLook(const ConnectionTry& look) {
     if (OnChanged) OnChanged();
 }
 
-/// The user only has to tick that the port is to be opened as it is.
+/// When its model can be chosen here all the same, only Connect is left to press.
 void Connector::OfferUnidentified(const ConnectionTry& look) {
-    unidentified_ = "On port " + std::to_string(look.port) + " at " + std::to_string(look.baud) +
-                    " baud an instrument answers that calls itself " + look.model +
-                    ".  It can be opened without identifying it.";
+    WithdrawOffer();
+    unidentified_ = look;
     controls_.Port = look.port;
     controls_.Baud = look.baud;
-    const InstTypeCode type = InstTypeFromName(look.model);
-    if (type < InstTypeCode::Unknown) controls_.Instrument_Box = type;
+    if (!CanBeChosen(look.model)) return;
+    controls_.Instrument_Box = InstTypeFromName(look.model);
+    offered_ = !controls_.NoQueryCheck;
+    controls_.NoQueryCheck = true;
+}
+
+/// What was found at one port and rate says nothing about another.
+void Connector::WithdrawOffer() {
+    if (!offered_) return;
+    offered_ = false;
+    controls_.NoQueryCheck = false;
+    if (OnChanged) OnChanged();
+}
+
+std::string Connector::UnidentifiedText() const {
+    if (unidentified_.finding != Finding::Unidentified) return "";
+    const std::string text = "On port " + std::to_string(unidentified_.port) + " at " +
+                             std::to_string(unidentified_.baud) +
+                             " baud an instrument answers that calls itself " + unidentified_.model +
+                             ".  It can be opened without identifying it";
+    if (!Visible) return text + ".";
+    return text + (CanBeChosen(unidentified_.model)
+                       ? ": its port, rate and model are chosen now, so press Connect."
+                       : ": choose its model, tick \"Open port without identifying instrument\" and "
+                         "press Connect.");
+}
+
+void Connector::SelectPort(int port) {
+    controls_.Port = port;
+    WithdrawOffer();
+}
+
+void Connector::SelectBaud(int baud) {
+    controls_.Baud = baud;
+    WithdrawOffer();
+}
+
+void Connector::CheckNoQuery(bool on) {
+    controls_.NoQueryCheck = on;
+    offered_ = false;
 }
 
 ConnectNotes Connector::Notes() {
@@ -166,10 +209,11 @@ void Connector::Cancel_Click() {
 
 void Connector::OpenWithoutIdentifying() {
     const int port = controls_.Port;
+    State().CancelRequest = kCancelIdle;
     const std::string error = window_.OpenWithoutQuery(port, controls_.Baud, controls_.Instrument_Box);
-    if (error.empty()) {
+    connected_ = error.empty();
+    if (connected_) {
         State().ConnectStage = 0;
-        connectedOnce_ = true;
     } else {
         window_.Ask().ShowError(Behind(error, PortRemedy(window_.Link.Line().LastError(), Device(port))));
     }
@@ -178,11 +222,14 @@ void Connector::OpenWithoutIdentifying() {
 }
 
 void Connector::BeginAttempt() {
+    connected_ = false;
     State().ConnectStage = kConnecting;
+    State().CancelRequest = kCancelIdle;
     State().Connected = false;
     State().InstType = InstTypeCode::Unknown;
     controls_.SearchList.clear();
-    unidentified_.clear();
+    WithdrawOffer();
+    unidentified_ = {};
     Update_Status();
     Status("Connecting");
 }
@@ -216,7 +263,7 @@ QCoro::Task<> Connector::DoConnect(Operation& operation, bool search) {
             if (!State().Connected) NotConnected(search);
             if (!State().Connected) co_return;
             State().ConnectStage = 0;
-            connectedOnce_ = true;
+            connected_ = true;
             Update_Status();
             if (window_.OnInstrumentChanged) window_.OnInstrumentChanged();
             Form_Unload();
@@ -237,13 +284,13 @@ QCoro::Task<bool> Connector::AskTryAgain(Operation& operation) {
 
 /// What the user is told when nothing was found; empty when nothing is to be said.
 std::string Connector::NotConnectedText(bool search) {
-    if (search) return Behind(std::string(kNoInstrument), unidentified_);
+    if (search) return Behind(std::string(kNoInstrument), UnidentifiedText());
     const std::string port = "Port " + std::to_string(lastLook_.port);
     const std::string remedy = PortRemedy(lastLook_.error, Device(lastLook_.port));
     if (lastLook_.finding == Finding::StoppedWorking)
         return Behind(port + " has stopped working: " + lastLook_.error.text + ".", remedy);
     if (lastLook_.error) return Behind(port + " could not be opened. " + lastLook_.error.text, remedy);
-    return Visible ? Behind(std::string(kNoInstrument).append(kSecondAttempt), unidentified_) : "";
+    return Visible ? Behind(std::string(kNoInstrument).append(kSecondAttempt), UnidentifiedText()) : "";
 }
 
 void Connector::NotConnected(bool search) {
@@ -256,7 +303,7 @@ void Connector::NotConnected(bool search) {
 }
 
 void Connector::GiveUp() {
-    ClosePort(window_.Link);
+    window_.Link.ClosePort();
     State().ConnectStage = kConnectEnded;
     Update_Status();
     if (window_.OnInstrumentChanged) window_.OnInstrumentChanged();

@@ -63,11 +63,11 @@ class Connector {
     void Form_Unload();
 
     // What the user sets.
-    void SelectPort(int port) { controls_.Port = port; }
-    void SelectBaud(int baud) { controls_.Baud = baud; }
+    void SelectPort(int port);
+    void SelectBaud(int baud);
     void SelectInstrument(InstTypeCode model) { controls_.Instrument_Box = model; }
     void CheckUploadCal(bool on) { controls_.UploadCal_Check = on; }
-    void CheckNoQuery(bool on) { controls_.NoQueryCheck = on; }
+    void CheckNoQuery(bool on);
 
     /// Connects at the chosen port and rate.
     QCoro::Task<> OK_Click(Operation& operation);
@@ -85,6 +85,8 @@ class Connector {
     void Status(const std::string& text);
     void NoteLook(const ConnectionTry& look);
     void OfferUnidentified(const ConnectionTry& look);
+    void WithdrawOffer();
+    [[nodiscard]] std::string UnidentifiedText() const;
     [[nodiscard]] ConnectNotes Notes();
     [[nodiscard]] DataWindowState& State() { return window_.Link.State; }
     [[nodiscard]] bool Stopped(const Operation& operation) { return ConnectStopped(operation, window_.Link); }
@@ -99,7 +101,6 @@ class Connector {
     QCoro::Task<bool> AskTryAgain(Operation& operation);
 
     QCoro::Task<> FinishConnection(Operation& operation);
-    QCoro::Task<> Reconcile(Operation& operation);
     QCoro::Task<bool> StopInstrument(Operation& operation);
     QCoro::Task<> CompareWithLoaded(Operation& operation);
     QCoro::Task<> AskOtherSerial(Operation& operation);
@@ -113,8 +114,9 @@ class Connector {
     ConnectControls controls_;
     std::vector<PortEntry> ports_;  ///< behind the rows, in their order, which is that of a search
     ConnectionTry lastLook_;
-    std::string unidentified_;    ///< where an instrument of no known name answered; empty: nowhere
-    bool connectedOnce_ = false;  ///< since the dialog was opened
+    ConnectionTry unidentified_;  ///< the newest look at which an instrument of no known name answered
+    bool offered_ = false;        ///< NoQueryCheck was ticked for that instrument, not by the user
+    bool connected_ = false;      ///< by this dialog since it was opened, and not given up since
 };
 
 /// The age reminder of a calibration: how old it is, and until when the user wants to hear no more of it.

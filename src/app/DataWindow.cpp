@@ -21,8 +21,11 @@ namespace marisonde {
 
 namespace {
 
+constexpr const char* kNoCalibration = "No calibration file is loaded.  ";
 constexpr const char* kCalibrationRemedy =
     "Load an appropriate calibration file, or select the 'Load Calibration from Instrument' option.";
+constexpr const char* kSelectRemedy =
+    "Use the Select Calibration File command under the File menu to load a suitable calibration.";
 
 }  // namespace
 
@@ -271,6 +274,7 @@ void DataWindow::ForgetSample() {
 }
 
 std::string DataWindow::OpenWithoutQuery(int port, int baud, InstTypeCode model) {
+    Link.ClosePort();
     if (const LineError error = Link.OpenPort(port, baud))
         return "Port " + std::to_string(port) + " can not be opened. " + error.text + ".";
     DataWindowState& state = Link.State;
@@ -282,21 +286,25 @@ std::string DataWindow::OpenWithoutQuery(int port, int baud, InstTypeCode model)
     state.Connected = true;
     state.LastInputTime = app_.clock.Steady();
     const bool fits = state.CalReady && Link.CalData.InstType == model;
-    if (!fits) dialogs_.ShowError(NoFittingCalibration(model));
+    // What is not identified is not asked for its calibration either.
+    if (!fits) dialogs_.ShowError(CalibrationProblem(model) + kSelectRemedy);
     state.CalReady = fits;
     if (!fits) Plot.SetupChartForInstrument(model);
     return "";
 }
 
 std::string NoCalibrationText() {
-    return std::string("No calibration file is loaded.  ") + kCalibrationRemedy;
+    return std::string(kNoCalibration) + kCalibrationRemedy;
+}
+
+std::string DataWindow::CalibrationProblem(InstTypeCode model) const {
+    if (!Link.State.CalReady) return kNoCalibration;
+    return "The current calibration file type (" + std::string(InstTypeName(Link.CalData.InstType)) +
+           ") does not match the detected instrument (" + std::string(InstTypeName(model)) + ").  ";
 }
 
 std::string DataWindow::NoFittingCalibration(InstTypeCode model) const {
-    if (!Link.State.CalReady) return NoCalibrationText();
-    return "The current calibration file type (" + std::string(InstTypeName(Link.CalData.InstType)) +
-           ") does not match the detected instrument (" + std::string(InstTypeName(model)) + ").  " +
-           kCalibrationRemedy;
+    return CalibrationProblem(model) + kCalibrationRemedy;
 }
 
 void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath) {

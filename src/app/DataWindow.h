@@ -126,6 +126,7 @@ class DataWindow {
     void MakeWayForAnother();
     bool SetAsideUnsaved();
     [[nodiscard]] std::string NotRecordedText() const;
+    [[nodiscard]] std::string CalibrationProblem(InstTypeCode model) const;
     void Report(const DataFileTrouble& trouble);
 
     AppContext& app_;

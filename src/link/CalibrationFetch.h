@@ -16,7 +16,7 @@ namespace marisonde {
 enum class FetchOutcome {
     Arrived,
     Silent,      ///< no byte for kFetchSilence
-    Cancelled,   ///< the operation, ConnectStage or CancelRequest said stop
+    Cancelled,   ///< the operation or ConnectStage said stop
     BrokenLine,  ///< the port closed or its device vanished
     Damaged,  ///< an answer came, but not of this instrument's model, or with characters no instrument sends
 };

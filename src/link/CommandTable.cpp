@@ -7,6 +7,7 @@
 #include "common/Numbers.h"
 #include "link/BinaryInput.h"
 #include "link/InstrumentLink.h"
+#include "link/SerialLine.h"
 
 namespace marisonde {
 
@@ -84,11 +85,10 @@ bool PrepareDump(InstrumentLink& window, std::string& /*argument*/) {
 
 bool PrepareBaud(InstrumentLink& window, std::string& argument) {
     argument.erase(0, std::min(argument.find_first_not_of(" ,"), argument.size()));
-    constexpr std::array kRates{4800, 9600, 19200, 38400, 57600, 115200};
     const double rate = Val(argument);
-    const auto* const found = std::find(kRates.begin(), kRates.end(), rate);
+    const auto* const found = std::find(kInstrumentRates.begin(), kInstrumentRates.end(), rate);
     // A command that does nothing must not leave its name behind, or the reply rule would touch the port.
-    if (found == kRates.end()) return ForgetCommand(window, argument);
+    if (found == kInstrumentRates.end()) return ForgetCommand(window, argument);
     window.State.BaudRate = *found;
     return true;
 }

@@ -150,10 +150,10 @@ QCoro::Task<ConnectionTry> LookAt(Operation& operation, InstrumentLink& window, 
                                   const ConnectNotes& notes) {
     ConnectionTry look{port, baud, Finding::Silent, {}, {}};
     ForgetInstrument(window.State);
-    if (window.Line().IsOpen()) window.Line().Close();
     Note(notes, " Searching");
     window.State.PortNumber = static_cast<std::int16_t>(port);
-    if (!OpenPort(window, port, baud, look.error)) {
+    look.error = window.OpenPort(port, baud);
+    if (look.error) {
         look.finding = FindingOf(look.error);
         co_return look;
     }
@@ -179,17 +179,6 @@ std::string FindingText(const ConnectionTry& look) {
     if (!look.model.empty()) text = look.model + " " + text;
     if (look.finding == Finding::CouldNotOpen && look.error) text += ": " + look.error.text;
     return text;
-}
-
-bool OpenPort(InstrumentLink& window, int port, int baud, LineError& error) {
-    error = window.OpenPort(port, baud);
-    return !error;
-}
-
-void ClosePort(InstrumentLink& window) {
-    window.ClosePort();
-    window.PendingOutput.clear();
-    window.State.CurrentCommand.clear();
 }
 
 bool ConnectStopped(const Operation& operation, InstrumentLink& window) {

@@ -12,8 +12,6 @@
 
 namespace marisonde {
 
-/// Rates that the user may choose.
-inline constexpr std::array kRatesOffered{4800, 9600, 19200, 38400, 57600, 115200};
 /// Rates of a search, in its order: the usual ones first. 115200 is left out, as no instrument leaves the
 /// factory with it.
 inline constexpr std::array kSearchRates{19200, 9600, 38400, 57600, 4800};
@@ -54,11 +52,6 @@ struct ConnectNotes {
 
 /// "silent", "busy" and so on, for the line that a search shows of a look.
 std::string FindingText(const ConnectionTry& look);
-
-/// Opens the port at 8,N,1 and drops what it held. False: `error` says why.
-bool OpenPort(InstrumentLink& window, int port, int baud, LineError& error);
-/// Closes the port; the window shows no connection, and nothing is left to send.
-void ClosePort(InstrumentLink& window);
 
 /// Opens the port and asks for the identification: for 1 s, then up to 3 s in all. An instrument that says
 /// something else (it wakes, it samples) is stopped and asked once more. When found the window is Connected

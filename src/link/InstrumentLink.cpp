@@ -30,6 +30,9 @@ void InstrumentLink::ClosePort() {
     State.PortNumber = 0;
     State.InstState = InstStateCode::NoConnection;
     State.PrevInstState = InstStateCode::Unknown;
+    // Meant for the instrument that was here, not for the next one on this line.
+    PendingOutput.clear();
+    State.CurrentCommand.clear();
     if (OnStatus) OnStatus();
 }
 

@@ -58,7 +58,7 @@ class InstrumentLink {
     /// Opens the port at 8,N,1 and drops what it held and what waits of the one before. The error says why it
     /// did not open.
     LineError OpenPort(int port, int baud);
-    /// Closes the port; the window shows no connection.
+    /// Closes the port; the window shows no connection, nothing is left to send and no reply is awaited.
     void ClosePort();
     /// Appends to PendingOutput; the tick sends it.
     void QueueOutput(std::string_view text) { PendingOutput += text; }

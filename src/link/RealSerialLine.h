@@ -22,7 +22,7 @@ class RealSerialLine final : public SerialLine {
     LineError Open(int port, int baud) override;
     void Close() override;
     [[nodiscard]] bool IsOpen() const override;
-    /// The rates of instruments are 4800, 9600, 19200, 38400, 57600 and 115200; the system may know more.
+    /// The system may know more rates than kInstrumentRates.
     void SetRate(int baud) override;
     void ReadAll(std::string& out) override;
     void Write(std::string_view bytes) override;

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace marisonde {
+
+/// The rates that instruments can be set to, in baud.
+inline constexpr std::array kInstrumentRates{4800, 9600, 19200, 38400, 57600, 115200};
 
 /// Why a port could not be opened or stopped working. `text` is the system's reason.
 struct LineError {

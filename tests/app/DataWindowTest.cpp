@@ -346,7 +346,7 @@ TEST_F(DataWindowTest, CalibrationOfAnotherModelIsNotUsed) {
     EXPECT_EQ(
         dialogs.errors[0],
         "The current calibration file type (Delph-4) does not match the detected instrument (Corvane-6).  "
-        "Load an appropriate calibration file, or select the 'Load Calibration from Instrument' option.");
+        "Use the Select Calibration File command under the File menu to load a suitable calibration.");
     EXPECT_FALSE(window.Link.State.CalReady);
 }
 
@@ -400,6 +400,25 @@ TEST_F(DataWindowTest, PortThatCannotBeOpenedSaysWhy) {
     EXPECT_EQ(window.OpenWithoutQuery(3, 19200, InstTypeCode::Corvane6),
               "Port 3 can not be opened. Device is in use.");
     EXPECT_FALSE(window.Link.State.Connected);
+}
+
+TEST_F(DataWindowTest, APortThatCannotBeOpenedEndsTheConnectionBefore) {
+    const auto window = Scripted(Model::Corvane6);
+    window->Link.QueueOutput("DELCAST,3\r");
+    window->Link.State.CurrentCommand = "DELCAST";
+    port->openFailsWith = {LineError::Kind::Busy, "Device is in use"};
+    EXPECT_NE(window->OpenWithoutQuery(4, 19200, InstTypeCode::Delph4), "");
+    EXPECT_FALSE(window->Link.State.Connected);
+    EXPECT_EQ(window->Link.State.PortNumber, 0);
+    Run(*window, std::chrono::seconds(1));
+    EXPECT_TRUE(dialogs.errors.empty()) << "the line before was closed, not lost";
+    // What waited for the instrument before is not for the next one.
+    port->openFailsWith = {};
+    port->TakeWritten();
+    EXPECT_EQ(window->OpenWithoutQuery(4, 19200, InstTypeCode::Corvane6), "");
+    Run(*window, std::chrono::seconds(1));
+    EXPECT_EQ(port->TakeWritten(), "");
+    EXPECT_EQ(window->Link.State.CurrentCommand, "");
 }
 
 TEST_F(DataWindowTest, MissingCalibrationFileIsSaid) {

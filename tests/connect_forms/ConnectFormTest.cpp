@@ -33,6 +33,20 @@ class ConnectFormTest : public FormFixture {
         for (int i = 0; i < 2000 && dialog->isVisible(); ++i) Tick();
     }
 
+    /// Closes the window of port 2.
+    void ExpectClosesCleanly() {
+        const QPointer<MainForm> closing = form;
+        form->close();
+        for (int i = 0; i < 20 && closing; ++i) {
+            Tick();
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+        EXPECT_FALSE(closing);
+        EXPECT_FALSE(ports.talkers[2]->open);
+        EXPECT_TRUE(pump.Idle());
+    }
+
     MainForm* form = nullptr;
     QDialog* dialog = nullptr;
 };
@@ -90,6 +104,27 @@ TEST_F(ConnectFormTest, EnterConnects) {
     Press(Find<QComboBox>(*dialog, "CommPort_Box"), Qt::Key_Return);
     EXPECT_EQ(Button("Cancel")->text(), "Stop");
     EXPECT_EQ(Status(), " Searching");
+}
+
+TEST_F(ConnectFormTest, AModelThatIsNotIdentifiedIsOpenedWithASearchAndEnter) {
+    TeachModel(ports.Add(2), Model::LTidal);
+    ports.talkers[2]->replies["ID"][1] = "Model: X-Tidal";
+    OpenDialog();
+    Button("AutoDetect")->click();
+    for (int i = 0; i < 2000 && ErrorText().isEmpty(); ++i) Tick();
+    Press(Find<QDialog>(*form, "ErrorForm"), Qt::Key_Return);
+    EXPECT_EQ(Find<QComboBox>(*dialog, "BAUD_box")->currentText(), "19200");
+    EXPECT_EQ(Find<QComboBox>(*dialog, "Instrument_Box")->currentText(), "x-Tidal");
+    auto* noQuery = Find<QCheckBox>(*dialog, "NoQueryCheck");
+    EXPECT_TRUE(noQuery->isChecked());
+    ChooseRate("9600");
+    EXPECT_FALSE(noQuery->isChecked()) << "nothing was found there";
+    ChooseRate("19200");
+    noQuery->click();
+    Press(Button("OK"), Qt::Key_Return);
+    EXPECT_TRUE(form->Window().Link.State.Connected);
+    EXPECT_EQ(form->Window().Link.State.InstType, InstTypeCode::XTidal);
+    EXPECT_EQ(Status(), "x-Tidal connected");
 }
 
 TEST_F(ConnectFormTest, EscapeStopsAndThenCloses) {
@@ -164,7 +199,8 @@ TEST_F(ConnectFormTest, RemembersItsPlaceAndTheLastGoodPort) {
 }
 
 TEST_F(ConnectFormTest, ClosingTheWindowInAnyWaitEndsCleanly) {
-    for (int ticks = 0; ticks < 140; ticks += 9) {
+    // The last ones stand at the question whether to try again.
+    for (int ticks = 0; ticks < 260; ticks += 13) {
         ports.talkers.clear();
         TeachModel(ports.Add(2), Model::Delph4);
         ports.talkers[2]->replies.erase("sendcal");
@@ -172,16 +208,21 @@ TEST_F(ConnectFormTest, ClosingTheWindowInAnyWaitEndsCleanly) {
         ChooseRate("19200");
         Button("OK")->click();
         Tick(ticks);
-        const QPointer<MainForm> closing = form;
-        form->close();
-        for (int i = 0; i < 20 && closing; ++i) {
-            Tick();
-            QCoreApplication::processEvents();
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
-        EXPECT_FALSE(closing) << ticks;
-        EXPECT_FALSE(ports.talkers[2]->open) << ticks;
-        EXPECT_TRUE(pump.Idle()) << ticks;
+        SCOPED_TRACE(ticks);
+        ExpectClosesCleanly();
+    }
+}
+
+TEST_F(ConnectFormTest, ClosingTheWindowWhileItConnectsAtTheStartEndsCleanly) {
+    for (int ticks = 0; ticks < 130; ticks += 13) {
+        ports.talkers.clear();
+        ports.Add(2);
+        form = &NewForm();
+        form->Commands().ConnectOnStartup(2);
+        Tick(ticks);
+        ASSERT_TRUE(form->Running().Running("ConnectOnStartup"));
+        SCOPED_TRACE(ticks);
+        ExpectClosesCleanly();
     }
 }
 
@@ -243,6 +284,44 @@ TEST_F(ConnectFormTest, StartAndStopFollowTheInstrument) {
 }
 
 TEST_F(ConnectFormTest, AtTheStartASearchGoesAwayWhateverComesOfIt) {
+    ports.Add(2);
+    form = &NewForm();
+    form->Commands().ConnectOnStartup(2);
+    dialog = Find<QDialog>(*form, "ConnectForm");
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_EQ(Status(), " Searching");
+    TickUntilClosed();
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(ErrorText(), "No instrument was detected.");
+    Tick();
+    EXPECT_EQ(form->Running().Count(), 0u);
+}
+
+TEST_F(ConnectFormTest, AtTheStartNothingIsConnectedUnlessTheUserHasSetIt) {
+    Talker& talker = ports.Add(2);
+    form = &NewForm();
+    form->Commands().ConnectOnStartup(0);
+    Tick(20);
+    EXPECT_FALSE(Find<QDialog>(*form, "ConnectForm")->isVisible());
+    EXPECT_TRUE(talker.openedPorts.empty());
+}
+
+TEST_F(ConnectFormTest, AtTheStartThePreviousConnectionIsRestored) {
+    TeachModel(ports.Add(2), Model::Delph4);
+    ports.Add(1);
+    app.prefs.Port = 2;
+    app.prefs.Baud = 19200;
+    form = &NewForm();
+    form->Commands().ConnectOnStartup(1);
+    dialog = Find<QDialog>(*form, "ConnectForm");
+    TickUntilClosed();
+    EXPECT_TRUE(form->Window().Link.State.Connected);
+    EXPECT_TRUE(form->Window().Link.State.CalReady);
+    EXPECT_EQ(form->Window().Link.State.PortNumber, 2);
+    EXPECT_EQ(ErrorText(), "");
+}
+
+TEST_F(ConnectFormTest, AtTheStartAPreviousConnectionThatFailsIsPassedOver) {
     ports.Add(2);
     form = &NewForm();
     form->Commands().ConnectOnStartup(1);

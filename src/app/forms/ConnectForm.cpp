@@ -96,6 +96,7 @@ void ConnectForm::MakeButtons() {
     autoDetect_ = MakeButton(this, "AutoDetect", "&Search");
     cancel_ = MakeButton(this, "Cancel", "Cancel");
     ok_->setDefault(true);
+    uploadCal_->setToolTip("Otherwise the calibration file that is loaded is used");
     noQuery_->setToolTip("For instruments that do not say what they are: choose the model above");
     instrument_->setToolTip("Found by itself, unless the port is opened without identifying the instrument");
     autoDetect_->setToolTip("Look for an instrument at all ports and rates");
@@ -131,7 +132,7 @@ void ConnectForm::LayOut() {
 }
 
 void ConnectForm::FillLists() {
-    for (const int rate : kRatesOffered) baud_->addItem(QString::number(rate), rate);
+    for (const int rate : kInstrumentRates) baud_->addItem(QString::number(rate), rate);
     for (int code = 0; code < kInstTypeCount; ++code) {
         const std::string_view name = InstTypeName(static_cast<InstTypeCode>(code));
         if (name == InstTypeName(InstTypeCode::Unknown)) break;
