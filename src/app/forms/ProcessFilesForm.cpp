@@ -15,6 +15,7 @@
 
 #include "app/AppContext.h"
 #include "app/forms/FormHelpers.h"
+#include "app/forms/ParameterControls.h"
 #include "platform/Paths.h"
 
 namespace marisonde {
@@ -24,14 +25,6 @@ namespace {
 constexpr int kBarSteps = 1000;
 /// Ten times a second is all that an eye follows; painting takes time from the files.
 constexpr Millis kBetweenPaintings{100};
-
-template <class Button>
-Button* Make(QWidget* parent, const char* name, const char* caption) {
-    auto* button = new Button(caption, parent);
-    button->setObjectName(name);
-    button->setAccessibleName(QString(caption).remove('&'));
-    return button;
-}
 
 }  // namespace
 
@@ -87,10 +80,10 @@ void ProcessFilesForm::MakeInputs() {
     browseSource_ = MakeBrowse(source_, "Choose the source folder", true);
     browseDat_ = MakeBrowse(dat_, "Choose the destination folder", true);
     browseCal_ = MakeBrowse(cal_, "Choose the calibration file", false);
-    saveToSource_ = Make<QCheckBox>(this, "SaveToSourceCheck", "Save to source &folder");
-    calibrated_ = Make<QRadioButton>(this, "ProcessOptionButton(0)", "C&alibrated data (.dat)");
-    decimal_ = Make<QRadioButton>(this, "ProcessOptionButton(1)", "&Decimal raw data (.dec)");
-    house_ = Make<QCheckBox>(this, "HouseCheck", "Include &housekeeping");
+    saveToSource_ = NamedButton<QCheckBox>(this, "SaveToSourceCheck", "Save to source &folder");
+    calibrated_ = NamedButton<QRadioButton>(this, "ProcessOptionButton(0)", "C&alibrated data (.dat)");
+    decimal_ = NamedButton<QRadioButton>(this, "ProcessOptionButton(1)", "&Decimal raw data (.dec)");
+    house_ = NamedButton<QCheckBox>(this, "HouseCheck", "Include &housekeeping");
     calibrated_->setChecked(true);
     list_ = new QListWidget(this);
     list_->setObjectName("List1");
@@ -103,8 +96,8 @@ void ProcessFilesForm::MakeInputs() {
 }
 
 void ProcessFilesForm::MakeButtons() {
-    process_ = Make<QPushButton>(this, "ProcessButton", "&Process");
-    cancel_ = Make<QPushButton>(this, "CancelButton", "Close");
+    process_ = NamedButton<QPushButton>(this, "ProcessButton", "&Process");
+    cancel_ = NamedButton<QPushButton>(this, "CancelButton", "Close");
     process_->setDefault(true);
     cancel_->setAutoDefault(false);
     bar_ = new QProgressBar(this);
