@@ -38,7 +38,8 @@ DataWindow::DataWindow(AppContext& app, Dialogs& dialogs, std::unique_ptr<Serial
       app_(app),
       dialogs_(dialogs) {
     app_.windows.at(static_cast<std::size_t>(Index())) = this;
-    Plot.MaxGraphPoints = app_.prefs.MaxGraphPoints;
+    // A stored number that cannot be read is 0: no graph would show a file.
+    Plot.MaxGraphPoints = ClampGraphPoints(app_.prefs.MaxGraphPoints);
     Plot.SigmaOption = app_.prefs.Sigma ? SigmaChoice::SigmaCorrect : SigmaChoice::NoSigma;
     Link.OnChunk = [this](std::string_view chunk) { Record(chunk); };
     Link.OnError = [this](std::string text) { dialogs_.ShowError(std::move(text)); };

@@ -43,6 +43,14 @@ TEST_F(WindowStartTest, AMissingCalibrationIsPassedOver) {
     EXPECT_TRUE(dialogs.errors.empty());
 }
 
+TEST_F(WindowStartTest, AStoredNumberOfPointsIsHeldToItsRange) {
+    for (const auto& [stored, held] : {std::pair{0, 1000}, {-7, 1000}, {2000, 2000}, {200000, 100000}}) {
+        app.prefs.MaxGraphPoints = stored;
+        const DataWindow window(app, dialogs, std::make_unique<ScriptedLine>());
+        EXPECT_EQ(window.Plot.MaxGraphPoints, held) << stored;
+    }
+}
+
 TEST(StartNoticesTest, TheNewUserComesFirstAndTheQuestionLast) {
     MapSettings settings;
     StartFacts facts;
