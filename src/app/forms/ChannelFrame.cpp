@@ -104,7 +104,7 @@ ChannelFrame::ChannelFrame(int channel, QWidget* parent)
     grid->addWidget(open_, 0, 3);
     grid->addWidget(close_, 0, 3);
     grid->addWidget(value_, 1, 1, 1, 2, Qt::AlignRight);
-    grid->addWidget(detail_, 2, 1, 1, 3);
+    grid->addWidget(detail_, 2, 1, 1, 2);
     grid->setColumnStretch(2, 1);
     CloseChannelView();
     connect(onOff_, &QCheckBox::toggled, this, [this](bool on) { emit OnOff(channel_, on); });

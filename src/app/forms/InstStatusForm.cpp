@@ -28,7 +28,12 @@ InstStatusForm::InstStatusForm(DataWindow& window, Settings& settings, QWidget* 
     for (const InstStatusRow& row : InstStatus(window_)) {
         auto* box = new QLineEdit(this);
         box->setObjectName(FromView(row.box));
+        // To read and to copy, and seen to be nothing else.
         box->setReadOnly(true);
+        box->setFrame(false);
+        QPalette colors;
+        colors.setBrush(QPalette::Base, Qt::transparent);
+        box->setPalette(colors);
         box->setMinimumWidth(box->fontMetrics().horizontalAdvance("Corvane-6 CV6120345 00000"));
         auto* label = new QLabel(FromView(row.label), this);
         label->setBuddy(box);

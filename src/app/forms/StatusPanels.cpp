@@ -17,22 +17,30 @@ namespace marisonde {
 
 namespace {
 
+constexpr int kPadding = 12;      ///< pixels beside the text of a panel
 constexpr double kFailed = 1e30;  ///< a value that arithmetic could not give lies beyond
 
-/// A label of the status bar, as wide as the longest text it will show.
+int RoomFor(const QLabel* label, const QString& text) {
+    return label->fontMetrics().horizontalAdvance(text) + kPadding;
+}
+
+/// A label of the status bar, as wide as the longest text that it usually shows.
 QLabel* Panel(QStatusBar* bar, const char* name, const QString& meaning, const QString& longest) {
     auto* label = new QLabel(bar);
     label->setObjectName(name);
     label->setAccessibleName(meaning);
     label->setToolTip(meaning);
     label->setTextFormat(Qt::PlainText);
-    label->setFixedWidth(label->fontMetrics().horizontalAdvance(longest) + 12);
+    label->setFixedWidth(RoomFor(label, longest));
     bar->addWidget(label);
     return label;
 }
 
 void SetText(QLabel* label, const QString& text) {
-    if (label->text() != text) label->setText(text);
+    if (label->text() == text) return;
+    label->setText(text);
+    // Only what outgrows its room, as counts do in the course of days, lays the bar out again.
+    if (const int room = RoomFor(label, text); room > label->minimumWidth()) label->setFixedWidth(room);
 }
 
 QString WithUnit(double value, int decimals, const char* unit) {
