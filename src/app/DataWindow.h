@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoroTask>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -27,6 +28,7 @@
 
 namespace marisonde {
 
+class Operation;
 class Operations;
 
 /// One data window without its form: an instrument, its files, its chart, and the tick that joins them.
@@ -51,13 +53,16 @@ class DataWindow {
     std::string_view ProgressTitle = kLoadingTitle;
     int LoadSerial = 0;             ///< of the newest load; one that is not the newest has ended
     std::string StatusLine;         ///< the last news about the window's data, for the user
+    bool Busy = false;              ///< the user has to wait for a moment, and the pointer shows it
     Operations* Running = nullptr;  ///< where the window's long operations run; may be null
 
     std::function<void()> OnFilesToName;        ///< new files wait for the user's name, if there shall be one
     std::function<void()> OnInstrumentChanged;  ///< another model, calibration or connection
     std::function<void()> OnLineLost;           ///< the device of an open connection has vanished
     std::function<void()> OnShow;               ///< brings the window to the front
-    std::vector<ChildWindow> Children;          ///< the further windows of this one, open or not
+    /// Sends a calibration file to an instrument that stores it as a whole; null while nobody can.
+    std::function<QCoro::Task<>(Operation&)> SendToMultiC;
+    std::vector<ChildWindow> Children;  ///< the further windows of this one, open or not
 
     [[nodiscard]] int Index() const { return Link.Index(); }
     [[nodiscard]] AppContext& App() { return app_; }

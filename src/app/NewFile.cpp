@@ -1,30 +1,19 @@
 #include "app/NewFile.h"
 
-#include <memory>
 #include <string>
 
 #include "app/DataWindow.h"
 #include "app/FileDialogs.h"
 #include "app/Shutdown.h"
+#include "link/LinkWaits.h"
 #include "platform/Operations.h"
 
 namespace marisonde {
 
-namespace {
-
-QCoro::Task<> ConnectFirst(Operation& operation, DataWindow& window) {
-    // The dialog may outlive this operation.
-    const auto closed = std::make_shared<bool>(false);
-    window.Link.ShowConnectForm([closed] { *closed = true; });
-    co_await operation.Until([&] { return *closed; }, Millis::max());
-}
-
-}  // namespace
-
 QCoro::Task<> NewFileCommand(Operation& operation, DataWindow& window) {
     const DataWindowState& state = window.Link.State;
-    if (!state.Connected && window.Link.ShowConnectForm) co_await ConnectFirst(operation, window);
-    if (!state.Connected || operation.Cancelled()) co_return;
+    const bool connected = co_await ConnectInDialog(operation, window.Link);
+    if (!connected || operation.Cancelled()) co_return;
     const bool closed = co_await CloseDataFiles(operation, window, true);
     if (closed && !operation.Cancelled()) window.OpenDataFiles("raw", state.CalReady);
 }

@@ -34,8 +34,10 @@ QCoro::Task<bool> PutToSleep(Operation& operation, DataWindow& window) {
     const DataWindowState& state = window.Link.State;
     // It may have gone to sleep while the question stood, and the same command would wake it.
     if (state.InstState != InstStateCode::Sleeping) SendCommandNow("SETSLEEP", window.Link);
+    window.Busy = true;
     co_await operation.Until([&state] { return state.InstState == InstStateCode::Sleeping; },
                              std::chrono::seconds(kSleepConfirmSeconds));
+    window.Busy = false;
     co_return state.InstState == InstStateCode::Sleeping;
 }
 

@@ -123,15 +123,16 @@ bool OffersStop(InstStateCode state) {
 }
 
 std::string_view StartStopCaption(InstStateCode state) {
-    return OffersStop(state) ? "Stop" : "Start";
-}
-
-std::string StartButtonCaption(InstStateCode state) {
-    return ShutterMoves(state) ? StateWord(state, 0) : std::string(StartStopCaption(state));
+    return OffersStop(state) ? "&Stop" : "&Start";
 }
 
 std::string_view SleepCaption(InstStateCode state) {
-    return state == InstStateCode::Sleeping ? "Wake" : "Sleep";
+    return state == InstStateCode::Sleeping ? "&Wake" : "S&leep";
+}
+
+std::string StartButtonCaption(InstStateCode state) {
+    if (ShutterMoves(state)) return StateWord(state, 0);
+    return OffersStop(state) ? "Stop" : "Start";
 }
 
 std::string InstrumentMenuCaption(const StatusFacts& facts) {

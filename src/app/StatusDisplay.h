@@ -48,10 +48,11 @@ bool ItemEnabled(const ItemRule& rule, const StatusFacts& facts);
 /// The instrument samples, is about to, or has not yet confirmed a command: what the button offers is to
 /// stop.
 bool OffersStop(InstStateCode state);
+/// Captions of menu items, with the mark of their letter.
 std::string_view StartStopCaption(InstStateCode state);
-/// The same, but the word for the shutter while it moves.
-std::string StartButtonCaption(InstStateCode state);
 std::string_view SleepCaption(InstStateCode state);
+/// What the button for both starting and stopping offers, but the word for the shutter while it moves.
+std::string StartButtonCaption(InstStateCode state);
 /// The model's name with the menu mark behind it, or "&Instrument".
 std::string InstrumentMenuCaption(const StatusFacts& facts);
 

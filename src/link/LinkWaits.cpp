@@ -49,20 +49,23 @@ QCoro::Task<bool> WaitForOutput(Operation& operation, InstrumentLink& window) {
     co_return OutputDone(window) && !window.LineBroken() && !operation.Cancelled();
 }
 
+QCoro::Task<bool> ConnectInDialog(Operation& operation, InstrumentLink& window) {
+    if (window.State.Connected) co_return true;
+    if (!window.ShowConnectForm) co_return false;
+    // On the heap: the dialog may close after this operation has been ended.
+    const auto closed = std::make_shared<bool>(false);
+    window.ShowConnectForm([closed] { *closed = true; });
+    const auto over = [&] { return *closed; };
+    co_await operation.Until(over, Millis::max());
+    const bool stopped = operation.Cancelled() || window.State.CancelRequest == kCancelStop;
+    co_return window.State.Connected && !stopped;
+}
+
 QCoro::Task<bool> SendCommandConnected(Operation& operation, InstrumentLink& window, std::string name,
                                        std::string argument) {
-    if (!window.State.Connected) {
-        if (!window.ShowConnectForm) co_return false;
-        // On the heap: the dialog may close after this operation has been ended.
-        const auto closed = std::make_shared<bool>(false);
-        window.ShowConnectForm([closed] { *closed = true; });
-        const auto over = [&] { return *closed; };
-        co_await operation.Until(over, Millis::max());
-        const bool stopped = operation.Cancelled() || window.State.CancelRequest == kCancelStop;
-        if (stopped || !window.State.Connected) co_return false;
-    }
-    SendCommandNow(name, window, argument);
-    co_return true;
+    const bool connected = co_await ConnectInDialog(operation, window);
+    if (connected) SendCommandNow(name, window, argument);
+    co_return connected;
 }
 
 QCoro::Task<bool> SetRawMode(Operation& operation, InstrumentLink& window, bool highMode, int count) {

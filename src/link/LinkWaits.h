@@ -14,6 +14,9 @@ namespace marisonde {
 QCoro::Task<bool> RequestFlStatus(Operation& operation, InstrumentLink& window);
 /// Waits until nothing is left to send. False: cancelled, or the line is broken.
 QCoro::Task<bool> WaitForOutput(Operation& operation, InstrumentLink& window);
+/// Shows the connect dialog of a window without a connection and waits until it has closed. True: there is a
+/// connection, new or from before.
+QCoro::Task<bool> ConnectInDialog(Operation& operation, InstrumentLink& window);
 /// SendCommand for operations: waits while the connect dialog is open. False: nothing was sent.
 QCoro::Task<bool> SendCommandConnected(Operation& operation, InstrumentLink& window, std::string name,
                                        std::string argument);

@@ -163,6 +163,27 @@ TEST_F(ShutdownTest, UnconfirmedSleepIsAskedAboutAfterThreeSeconds) {
     EXPECT_LE(taken, std::chrono::seconds(3) + 4 * kTick);
 }
 
+TEST_F(ShutdownTest, TheUserSeesThatTheInstrumentIsWaitedFor) {
+    const auto window = Scripted(Model::Corvane6);
+    window->Link.State.InstState = InstStateCode::Stopped;
+    operations.Start("Disconnect", [&](Operation& operation) -> QCoro::Task<> {
+        co_await DisconnectCommand(operation, *window);
+    });
+    EXPECT_FALSE(window->Busy) << "a question is nothing to wait for";
+    dialogs.answers = {Choice::First};
+    const auto turn = [&](Millis time) {
+        for (Millis passed{0}; passed < time; passed += kTick) {
+            Run(*window, kTick);
+            pump.ResumeReady();
+        }
+    };
+    turn(kTick);
+    EXPECT_TRUE(window->Busy);
+    turn(std::chrono::seconds(4));
+    EXPECT_EQ(Asked().back(), kNotConfirmed);
+    EXPECT_FALSE(window->Busy);
+}
+
 TEST_F(ShutdownTest, UnconfirmedSleepMayStayConnected) {
     for (const Choice stay : {Choice::Second, Choice::Third}) {
         const auto window = Scripted(Model::Corvane6);

@@ -213,10 +213,10 @@ TEST(StatusItemsTest, TheStartButtonSaysWhatItDoes) {
         {State::Deleting, "Start"}, {State::OpeningShutter, "Stop"}, {State::ClosingShutter, "Start"}};
     ASSERT_EQ(captions.size(), 15U);
     for (const auto& [state, caption] : captions) {
-        EXPECT_EQ(StartStopCaption(state), caption) << static_cast<int>(state);
+        EXPECT_EQ(StartStopCaption(state), "&" + caption) << static_cast<int>(state);
         const bool shutter = state == State::OpeningShutter || state == State::ClosingShutter;
         EXPECT_EQ(StartButtonCaption(state), shutter ? StateWord(state, 0) : caption);
-        EXPECT_EQ(SleepCaption(state), state == State::Sleeping ? "Wake" : "Sleep");
+        EXPECT_EQ(SleepCaption(state), state == State::Sleeping ? "&Wake" : "S&leep");
     }
 }
 

@@ -21,6 +21,8 @@ enum class State {
     LoadedDat,
     ChangedCal,  ///< no port, a calibration that was changed
     SixWindows,  ///< sampling, and no slot is free
+    Delph,       ///< a Delph, sampling
+    LostDelph,   ///< its calibration, and no port
 };
 
 /// A question or notice, and the button that is pressed.
@@ -37,7 +39,8 @@ struct Row {
     const char* sent;          ///< what goes to the instrument; "" nothing
     bool portOpen, filesOpen;  ///< afterwards
     int newWindows = 0;
-    bool enabled = true;  ///< false: the item cannot be chosen in this state
+    bool enabled = true;       ///< false: the item cannot be chosen in this state
+    const char* reached = "";  ///< what calibrates the instrument afterwards
 };
 
 void PrintTo(const Row& row, std::ostream* out) {
@@ -62,6 +65,18 @@ const std::string kAlready =
 const std::string kCalChanged =
     "The current calibration data have changed. Save changes to the file before closing?";
 const std::string kSix = "Cannot open more than 6 windows.";
+
+const std::string kEquipment =
+    "Calibration of instruments requires special equipment and procedures.  For information about how to "
+    "perform calibrations, please contact Venmark.  Do you really want to proceed with calibration?";
+const std::string kNoModel =
+    "Calibration cannot proceed because no calibration file is loaded to specify the instrument type.";
+const std::string kConnectNow =
+    "No instrument is connected, so only limited functions will be available.  Do you wish to connect now?";
+const std::string kAsleep = "The instrument is asleep.  Wake it before starting the calibration.";
+const std::string kIntoDelph =
+    "Do you wish to load a new calibration file into the connected Delph-4, D4041234?  The current "
+    "calibration will be deleted from the instrument.";
 
 const std::vector<Row>& Rows() {
     static const std::vector<Row> rows{
@@ -202,6 +217,80 @@ const std::vector<Row>& Rows() {
          "",
          true,
          false},
+        // Calibrating.
+        {State::NoPort, "DoCalMenu", {{kEquipment, "No"}}, nullptr, "", false, false},
+        {State::NoPort, "DoCalMenu", {{kEquipment, "Yes"}, {kNoModel, "OK"}}, nullptr, "", false, false},
+        {State::LoadedRaw,
+         "DoCalMenu",
+         {{kEquipment, "Yes"}, {kConnectNow, "No"}},
+         nullptr,
+         "",
+         false,
+         false,
+         0,
+         true,
+         "workbench"},
+        {State::LoadedRaw,
+         "DoCalMenu",
+         {{kEquipment, "Yes"}, {kConnectNow, "Cancel"}},
+         nullptr,
+         "",
+         false,
+         false},
+        {State::LoadedRaw,
+         "DoCalMenu",
+         {{kEquipment, "Yes"}, {kConnectNow, "Yes"}},
+         "ConnectForm",
+         "",
+         false,
+         false},
+        {State::Stopped,
+         "DoCalMenu",
+         {{kEquipment, "Yes"}, {kUnsaved, "No"}},
+         nullptr,
+         "",
+         true,
+         false,
+         0,
+         true,
+         "workbench"},
+        {State::Stopped, "DoCalMenu", {{kEquipment, "Yes"}, {kUnsaved, "Cancel"}}, nullptr, "", true, true},
+        {State::Stopped,
+         "DoCalMenu",
+         {{kEquipment, "Yes"}, {kUnsaved, "Yes"}},
+         "SaveFileDialog",
+         "",
+         true,
+         true},
+        {State::Asleep, "DoCalMenu", {{kEquipment, "Yes"}, {kAsleep, "OK"}}, nullptr, "", true, true},
+        {State::Sampling,
+         "DoCalMenu",
+         {{kEquipment, "Yes"}, {kUnsaved, "No"}, {kReceiving, "Yes"}},
+         nullptr,
+         "",
+         true,
+         false,
+         0,
+         true,
+         "workbench"},
+        {State::Sampling,
+         "DoCalMenu",
+         {{kEquipment, "Yes"}, {kUnsaved, "No"}, {kReceiving, "Cancel"}},
+         nullptr,
+         "",
+         true,
+         true},
+        {State::SixWindows, "DoCalMenu", {{kEquipment, "No"}}, nullptr, "", true, true},
+        {State::Delph, "DoCalMenu", {{kIntoDelph, "Yes"}}, nullptr, "", true, true, 0, true, "file"},
+        {State::Delph, "DoCalMenu", {{kIntoDelph, "Cancel"}}, nullptr, "", true, true},
+        {State::LostDelph, "DoCalMenu", {}, nullptr, "", false, false, 0, false},
+        // Operations whose windows are still to come.
+        {State::NoPort, "Transfer_menu", {}, nullptr, "", false, false, 0, false},
+        {State::Stopped, "Transfer_menu", {}, nullptr, "", true, true, 0, false},
+        {State::Sampling, "Transfer_menu", {}, nullptr, "", true, true, 0, false},
+        {State::NoPort, "Reset_menu", {}, nullptr, "", false, false, 0, false},
+        {State::Stopped, "Reset_menu", {}, nullptr, "", true, true, 0, false},
+        {State::Asleep, "Reset_menu", {}, nullptr, "", true, true, 0, false},
         // Closing the window.
         {State::ChangedCal, "CloseWindowItem", {{kCalChanged, "Cancel"}}, nullptr, "", false, false},
         {State::Stopped, "CloseWindowItem", {{kUnsaved, "Cancel"}}, nullptr, "", true, true},
@@ -255,6 +344,9 @@ class CommandTableTest : public FormsFixture, public testing::WithParamInterface
                 return Loaded("cast.raw");
             case State::LoadedDat:
                 return Loaded("cast.dat");
+            case State::Delph:
+            case State::LostDelph:
+                return OnDelph(state);
             case State::ChangedCal: {
                 MainForm* const form = Empty();
                 EXPECT_TRUE(form->Window().LoadCalIntoWindow(Cal().string()));
@@ -306,6 +398,27 @@ class CommandTableTest : public FormsFixture, public testing::WithParamInterface
         return form;
     }
 
+    MainForm* OnDelph(State state) {
+        MainForm* const form = Sampling(simulator::Model::Delph4);
+        Run(std::chrono::seconds(3));
+        form->Window().Link.State.InstSerial = "D4041234";
+        if (state == State::LostDelph) {
+            form->Window().Link.ClosePort();
+            form->Window().Files.CloseDataFiles(false);
+        }
+        return form;
+    }
+
+    /// What calibrates an instrument stands ready in the window.
+    void EquipForCalibrating(DataWindow& window) {
+        window.Children.push_back({"Cal", [] { return std::string("Calibration"); }, [] { return false; },
+                                   [this] { reached += "workbench"; }});
+        window.SendToMultiC = [this](Operation&) -> QCoro::Task<> {
+            reached += "file";
+            co_return;
+        };
+    }
+
     std::unique_ptr<SerialLine> Cable(std::unique_ptr<SerialLine> line) override {
         return std::make_unique<ListeningLine>(std::move(line), sent);
     }
@@ -325,11 +438,13 @@ class CommandTableTest : public FormsFixture, public testing::WithParamInterface
 
     SimulatedPorts ports{clock};
     std::string sent;
+    std::string reached;
 };
 
 TEST_P(CommandTableTest, AsksSendsAndLeaves) {
     const Row& row = GetParam();
     MainForm* const form = Bring(row.state);
+    EquipForCalibrating(form->Window());
     const auto windows = shell->Windows().size();
     auto* const item = form->findChild<QAction*>(row.item);
     ASSERT_NE(item, nullptr);
@@ -352,6 +467,7 @@ TEST_P(CommandTableTest, AsksSendsAndLeaves) {
     const DataWindow& window = form->Window();
     EXPECT_EQ(sent.empty(), *row.sent == '\0') << sent;
     EXPECT_NE(sent.find(row.sent), std::string::npos) << sent;
+    EXPECT_EQ(reached, row.reached);
     EXPECT_EQ(window.Link.Line().IsOpen(), row.portOpen);
     EXPECT_EQ(window.Files.AnyOpen(), row.filesOpen);
     EXPECT_EQ(std::filesystem::exists(folder / "0.raw"), row.filesOpen);

@@ -103,6 +103,20 @@ TEST_F(GraphCommandsTest, MenuAndButtonsHaveTheirNames) {
     }
 }
 
+TEST_F(GraphCommandsTest, TipsOfButtonsNameTheirKeys) {
+    MainForm* const form = Sampling();
+    Choose(form, "Vs_Time_menu");
+    Choose(form, "Vs_Depth_menu");
+    for (const auto& [name, key] : {std::pair{"Vs_Time_Button", "(T)"}, std::pair{"Full_Button", "(Ctrl+0)"},
+                                    std::pair{"Load_Button", "(Ctrl+O)"}, std::pair{"Connect_Button", "(F2)"},
+                                    std::pair{"Termulator_Button", "(F6)"}}) {
+        const auto* const button = form->findChild<QToolButton*>(name);
+        ASSERT_NE(button, nullptr) << name;
+        EXPECT_TRUE(button->toolTip().endsWith(key)) << qPrintable(button->toolTip());
+        EXPECT_EQ(button->focusPolicy(), Qt::TabFocus) << name;
+    }
+}
+
 TEST_F(GraphCommandsTest, AWindowOpensInTheViewLastSeenAndMarksIt) {
     MainForm* const form = Sampling();
     EXPECT_TRUE(Item(form, "Vs_Depth_menu")->isChecked()) << "with nothing stored";

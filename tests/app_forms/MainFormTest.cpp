@@ -4,6 +4,7 @@
 #include <QStatusBar>
 
 #include "app/forms/ChannelPanel.h"
+#include "app/forms/NoticeStrip.h"
 #include "app_forms/FormsFixture.h"
 
 namespace marisonde {
@@ -120,6 +121,46 @@ TEST_F(MainFormTest, F4TogglesTheChannelPanelAndKeepsIt) {
     EXPECT_TRUE(PanelOf(later)->isVisible());
     EXPECT_TRUE(FlagFromText(Stored("ChannelViewOpen")));
     EXPECT_FALSE(PanelOf(form)->isVisible()) << "each window has its own";
+}
+
+TEST_F(MainFormTest, ThePointerShowsThatTheUserHasToWait) {
+    MainForm* const form = Empty();
+    form->Window().Busy = true;
+    Run(kTick);
+    EXPECT_EQ(form->cursor().shape(), Qt::WaitCursor);
+    form->Window().Busy = false;
+    Run(kTick);
+    EXPECT_EQ(form->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(MainFormTest, TheTabKeyFollowsTheEye) {
+    MainForm* const form = Sampling();
+    form->Notices().AddNotice("Data were recovered.");
+    form->Window().StatusLine = "Saved.";
+    Run(2 * kTick);
+    EXPECT_EQ(form->focusWidget(), form->findChild<QWidget*>("Chart2D1"))
+        << "the keys of the graph work at once";
+    const std::vector<const char*> order{"Load_Button",
+                                         "Connect_Button",
+                                         "Termulator_Button",
+                                         "Start_Button",
+                                         "Full_Button",
+                                         "Vs_Depth_Button",
+                                         "OKButton",
+                                         "Chart2D1",
+                                         "ChannelOnOff_Check(0)",
+                                         "Channel_Open(0)",
+                                         "ChannelOnOff_Check(1)",
+                                         "HideStatusLine",
+                                         "DataPath"};
+    form->findChild<QWidget*>(order.front())->setFocus();
+    for (std::size_t i = 1; i < order.size(); ++i) {
+        const QWidget* const wanted = form->findChild<QWidget*>(order[i]);
+        ASSERT_NE(wanted, nullptr) << order[i];
+        for (int key = 0; key < 30 && form->focusWidget() != wanted; ++key)
+            QTest::keyClick(form->focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(form->focusWidget(), wanted) << order[i];
+    }
 }
 
 TEST_F(MainFormTest, PlaceAndSizeComeBack) {

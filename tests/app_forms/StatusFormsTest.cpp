@@ -99,12 +99,26 @@ TEST_F(StatusFormsTest, StartStopSendsWhatTheButtonSays) {
 
 TEST_F(StatusFormsTest, ItemsThatComeLaterFollowToo) {
     MainForm* const form = Silent();
-    auto* const later = new QAction("Logged Data...", form);
-    later->setObjectName("Transfer_menu");
+    auto* const later = new QAction("Clock...", form);
+    later->setObjectName("Date_Time_menu");
     Say(form, InstStateCode::Sleeping);
     EXPECT_FALSE(later->isEnabled());
     Say(form, InstStateCode::Stopped);
     EXPECT_TRUE(later->isEnabled());
+}
+
+TEST_F(StatusFormsTest, WhatIsNotOfferedYetSaysSo) {
+    MainForm* const form = Silent();
+    Say(form, InstStateCode::Stopped);
+    for (const char* name : {"Transfer_menu", "Reset_menu", "DoCalMenu"}) {
+        const QAction* const item = Item(form, name);
+        ASSERT_NE(item, nullptr) << name;
+        EXPECT_FALSE(item->isEnabled()) << name;
+        EXPECT_TRUE(item->toolTip().endsWith("is not part of this version yet")) << name;
+        const auto* const menu = qobject_cast<QMenu*>(item->associatedObjects().constFirst());
+        ASSERT_NE(menu, nullptr) << name;
+        EXPECT_TRUE(menu->toolTipsVisible()) << name;
+    }
 }
 
 TEST_F(StatusFormsTest, TheMenuIsCalledAfterTheModel) {
@@ -152,6 +166,15 @@ TEST_F(StatusFormsTest, CountsOfLinesAreInView) {
               "2 lines, 0 samples, " + std::to_string(counted.badChecksums) + " bad");
 }
 
+TEST_F(StatusFormsTest, CountsOfAWeekAreNotCutOff) {
+    MainForm* const form = Silent();
+    form->Window().Link.State.Counted = {123456789, 123456780, 1234567};
+    Run(kTick);
+    const auto* const counts = form->findChild<QLabel*>("CountsPanel");
+    EXPECT_EQ(counts->text(), "123456789 lines, 123456780 samples, 1234567 bad");
+    EXPECT_GE(counts->width(), counts->fontMetrics().horizontalAdvance(counts->text()));
+}
+
 TEST_F(StatusFormsTest, TheStatusDialogShowsTheInstrument) {
     MainForm* const form = Silent();
     Say(form, InstStateCode::Stopped);
@@ -163,6 +186,7 @@ TEST_F(StatusFormsTest, TheStatusDialogShowsTheInstrument) {
     EXPECT_EQ(box("Device_Box"), "Corvane-6");
     EXPECT_EQ(box("Status_Box"), "Stopped");
     EXPECT_EQ(box("Com_Port_Box"), "2");
+    EXPECT_EQ(box("BAUD_Rate_Box"), "19200");
     Say(form, InstStateCode::Sleeping);
     EXPECT_EQ(box("Status_Box"), "Sleeping") << "it follows the instrument";
 }

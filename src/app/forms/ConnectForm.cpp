@@ -126,9 +126,7 @@ void ConnectForm::LayOut() {
     all->addLayout(top);
     all->addWidget(searchList_, 1);
     all->addWidget(status_);
-    const QWidgetList order{commPort_, baud_,       instrument_, uploadCal_, noQuery_,
-                            ok_,       autoDetect_, cancel_,     searchList_};
-    for (qsizetype i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
+    OrderTabs({commPort_, baud_, instrument_, uploadCal_, noQuery_, ok_, autoDetect_, cancel_, searchList_});
 }
 
 void ConnectForm::FillLists() {

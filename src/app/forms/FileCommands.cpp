@@ -8,9 +8,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QStyle>
 #include <QToolBar>
-#include <QToolButton>
 #include <QUrl>
 #include <utility>
 
@@ -18,12 +16,12 @@
 #include "app/NewFile.h"
 #include "app/RecentFiles.h"
 #include "app/SaveFile.h"
-#include "app/SelectCal.h"
 #include "app/Shutdown.h"
 #include "app/forms/FormHelpers.h"
 #include "app/forms/MainForm.h"
 #include "app/forms/ProcessFilesForm.h"
 #include "app/forms/Shell.h"
+#include "app/forms/ToolIcons.h"
 
 namespace marisonde {
 
@@ -52,19 +50,11 @@ QCoro::Task<> CloseFile(Operation& operation, DataWindow& window, const ShowNewW
     co_await CloseDataFiles(operation, window, true);
 }
 
-QCoro::Task<> SelectCal(Operation& operation, DataWindow& window, const ShowNewWindow& /*newWindow*/) {
-    co_await SelectCalCommand(operation, window);
-}
-
 std::vector<std::string> LocalFiles(const QMimeData* data) {
     std::vector<std::string> paths;
     for (const QUrl& url : data->urls())
         if (url.isLocalFile()) paths.push_back(url.toLocalFile().toStdString());
     return paths;
-}
-
-QIcon Icon(const QWidget& form, const char* theme, QStyle::StandardPixmap standard) {
-    return QIcon::fromTheme(theme, form.style()->standardIcon(standard));
 }
 
 }  // namespace
@@ -79,18 +69,16 @@ FileCommands::FileCommands(Shell& shell, MainForm& form, Operations& operations)
       save_(MakeAction("SaveFileItem", "&Save", "Save the recorded data under their name", Save)),
       saveAs_(MakeAction("SaveAsItem", "Save &As...", "Save the data of this window", SaveAs)),
       closeFile_(
-          MakeAction("CloseFile_menu", "C&lose File", "Close the data files of this window", CloseFile)),
-      selectCal_(MakeAction("SelectCalItem", "&Select Calibration File...",
-                            "Choose the calibration of this window", SelectCal)) {
+          MakeAction("CloseFile_menu", "C&lose File", "Close the data files of this window", CloseFile)) {
     new_->setShortcut(QKeySequence::New);
     open_->setShortcut(QKeySequence::Open);
-    open_->setIcon(Icon(form, "document-open", QStyle::SP_DialogOpenButton));
+    open_->setIcon(MakeToolIcon(ToolIcon::Open));
     open_->setIconText("Open");
     save_->setShortcut(QKeySequence::Save);
     saveAs_->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_S);
-    saveAs_->setIcon(Icon(form, "document-save-as", QStyle::SP_DialogSaveButton));
+    saveAs_->setIcon(MakeToolIcon(ToolIcon::Save));
     saveAs_->setIconText("Save");
-    closeFile_->setIcon(Icon(form, "document-close", QStyle::SP_DialogCloseButton));
+    closeFile_->setIcon(MakeToolIcon(ToolIcon::Close));
     closeFile_->setIconText("Close File");
     form.setAcceptDrops(true);
     form.installEventFilter(this);
@@ -118,8 +106,8 @@ QAction* FileCommands::MakeAction(const char* name, const QString& text, const Q
 
 /// One of these at a time: each may ask about what the other is changing.
 void FileCommands::Run(Command command) {
-    if (operations_.Running("Files")) return;
-    operations_.Start("Files", [this, command](Operation& operation) -> QCoro::Task<> {
+    if (operations_.Running(kFilesOperation)) return;
+    operations_.Start(kFilesOperation, [this, command](Operation& operation) -> QCoro::Task<> {
         const ShowNewWindow newWindow = NewWindow();
         co_await command(operation, Window(), newWindow);
     });
@@ -137,7 +125,7 @@ ShowNewWindow FileCommands::NewWindow() {
 void FileCommands::OpenGiven(std::vector<std::string> paths) {
     if (paths.empty()) return;
     operations_.Start("OpenGiven", [this, paths](Operation& operation) -> QCoro::Task<> {
-        const auto idle = [this] { return !operations_.Running("Files"); };
+        const auto idle = [this] { return !operations_.Running(kFilesOperation); };
         co_await operation.Until(idle, Millis::max());
         const ShowNewWindow newWindow = NewWindow();
         co_await OpenGivenFiles(operation, Window(), paths, newWindow);
@@ -166,24 +154,10 @@ void FileCommands::MakeMenu(QMenuBar* bar, const std::function<void(QMenu*)>& ad
     exit->setObjectName("ExitItem");
 }
 
-void FileCommands::MakeCalibrationMenu(QMenuBar* bar) {
-    auto* menu = bar->findChild<QMenu*>("Calibration_menu");
-    if (menu == nullptr) {
-        menu = bar->addMenu("&Calibration");
-        menu->setObjectName("Calibration_menu");
-    }
-    menu->addAction(selectCal_);
-}
-
 void FileCommands::MakeToolBar(QToolBar* bar) {
     const std::pair<QAction*, const char*> buttons[] = {
         {open_, "Load_Button"}, {saveAs_, "Save_Button"}, {closeFile_, "CloseFileButton"}};
-    for (const auto& [action, name] : buttons) {
-        bar->addAction(action);
-        auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(action));
-        button->setObjectName(name);
-        button->setAccessibleName(action->toolTip());
-    }
+    for (const auto& [action, name] : buttons) AddToolButton(bar, action, name);
     bar->addSeparator();
 }
 

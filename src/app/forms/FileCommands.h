@@ -23,6 +23,9 @@ class MainForm;
 class ProcessFilesForm;
 class Shell;
 
+/// The command that asks about files or calibration of a window: there is one at a time.
+inline constexpr const char* kFilesOperation = "Files";
+
 /// The commands of one data window that concern its files: menu File, tool bar, what is dropped on the
 /// window, and the line that tells how loading and saving went.
 class FileCommands final : public QObject {
@@ -34,8 +37,6 @@ class FileCommands final : public QObject {
 
     /// Menu File; `addFurther` adds what is no command of files, such as the preferences.
     void MakeMenu(QMenuBar* bar, const std::function<void(QMenu*)>& addFurther);
-    /// The choice of a calibration, in the menu of calibrations.
-    void MakeCalibrationMenu(QMenuBar* bar);
     void MakeToolBar(QToolBar* bar);
     /// News about the window's data, and the progress of reading a file. Hidden while there is nothing to
     /// tell.
@@ -70,7 +71,6 @@ class FileCommands final : public QObject {
     QAction* save_;
     QAction* saveAs_;
     QAction* closeFile_;
-    QAction* selectCal_;
     QMenu* recent_ = nullptr;
     QWidget* line_ = nullptr;
     QLabel* text_ = nullptr;

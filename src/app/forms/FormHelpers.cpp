@@ -58,12 +58,30 @@ QString FromText(const std::string& text) {
 }
 
 void AddToolButton(QToolBar* bar, QAction* action, const char* name) {
+    const QString tip = action->toolTip();
+    // In the action, because a button takes its tip anew with every change of its action.
+    if (const QString key = action->shortcut().toString(QKeySequence::NativeText); !key.isEmpty())
+        action->setToolTip(QString("%1 (%2)").arg(tip, key));
     bar->addAction(action);
     auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(action));
     if (button == nullptr) return;
     button->setObjectName(name);
-    button->setAccessibleName(action->toolTip());
+    button->setAccessibleName(tip);
     button->setFocusPolicy(Qt::TabFocus);
+}
+
+void OrderTabs(const QList<QWidget*>& order) {
+    QWidget* last = nullptr;
+    for (QWidget* part : order) {
+        QList<QWidget*> widgets = part->findChildren<QWidget*>();
+        widgets.prepend(part);
+        for (QWidget* widget : widgets) {
+            const bool elsewhere = widget->window() != part->window();  // as the menu of a full tool bar
+            if (elsewhere || (widget->focusPolicy() & Qt::TabFocus) == 0) continue;
+            if (last != nullptr) QWidget::setTabOrder(last, widget);
+            last = widget;
+        }
+    }
 }
 
 bool IsSizable(const QWidget& form) {

@@ -17,9 +17,12 @@ namespace marisonde {
 /// Text from the program's texts and from instruments: bytes are Latin-1 unless they are valid UTF-8.
 QString FromText(const std::string& text);
 
-/// Puts an action on a tool bar as a button of this name, with icon and text. Buttons are made in one way, so
-/// that they look and read alike.
+/// Puts an action on a tool bar as a button of this name, with icon and text; its tip names its key. Buttons
+/// are made in one way, so that they look and read alike.
 void AddToolButton(QToolBar* bar, QAction* action, const char* name);
+
+/// The Tab key goes through these in this order; of one that holds others, through those as they were made.
+void OrderTabs(const QList<QWidget*>& order);
 
 /// Whether the user can change the form's size.
 bool IsSizable(const QWidget& form);

@@ -4,15 +4,14 @@
 #include <QActionGroup>
 #include <QMenuBar>
 #include <QToolBar>
-#include <QToolButton>
 #include <array>
 
 #include "app/GraphSetup.h"
 #include "app/PlottedChannels.h"
 #include "app/forms/FormHelpers.h"
-#include "app/forms/GraphIcons.h"
 #include "app/forms/Hourglass.h"
 #include "app/forms/MainForm.h"
+#include "app/forms/ToolIcons.h"
 #include "graphs/forms/ChartPointer.h"
 #include "graphs/forms/ChartView.h"
 
@@ -29,11 +28,6 @@ void MakeChoice(QObject* parent, std::initializer_list<QAction*> actions) {
         action->setCheckable(true);
         group->addAction(action);
     }
-}
-
-QString TipWithKey(const QAction& action) {
-    const QString key = action.shortcut().toString(QKeySequence::NativeText);
-    return key.isEmpty() ? action.toolTip() : QString("%1 (%2)").arg(action.toolTip(), key);
 }
 
 }  // namespace
@@ -64,12 +58,12 @@ GraphCommands::GraphCommands(MainForm& form, ChartView& chart)
     previous_->setShortcuts({QKeySequence(Qt::Key_Backspace), QKeySequence(Qt::CTRL | Qt::Key_Z)});
     MakeChoice(this, {vsTime_, vsDepth_});
     MakeChoice(this, {meters_, feet_});
-    vsTime_->setIcon(MakeGraphIcon(GraphIcon::VsTime));
-    vsDepth_->setIcon(MakeGraphIcon(GraphIcon::VsDepth));
-    showAll_->setIcon(MakeGraphIcon(GraphIcon::Full));
-    zoomIn_->setIcon(MakeGraphIcon(GraphIcon::ZoomIn));
-    zoomOut_->setIcon(MakeGraphIcon(GraphIcon::ZoomOut));
-    previous_->setIcon(MakeGraphIcon(GraphIcon::Previous));
+    vsTime_->setIcon(MakeToolIcon(ToolIcon::VsTime));
+    vsDepth_->setIcon(MakeToolIcon(ToolIcon::VsDepth));
+    showAll_->setIcon(MakeToolIcon(ToolIcon::Full));
+    zoomIn_->setIcon(MakeToolIcon(ToolIcon::ZoomIn));
+    zoomOut_->setIcon(MakeToolIcon(ToolIcon::ZoomOut));
+    previous_->setIcon(MakeToolIcon(ToolIcon::Previous));
     new ChartPointer(Window().Plot, Window().Chart, chart_);
     // Beside the graph, too, curves are shown in colours that suit the theme.
     connect(&chart_, &ChartView::ColorsChanged, &form_, &MainForm::InstrumentChanged, Qt::QueuedConnection);
@@ -110,12 +104,7 @@ void GraphCommands::MakeToolBar(QToolBar* bar) {
                              std::pair{vsTime_, "Vs_Time_Button"}, std::pair{vsDepth_, "Vs_Depth_Button"}};
     for (const auto& [action, name] : buttons) {
         if (action == vsTime_) bar->addSeparator();
-        bar->addAction(action);
-        auto* const button = qobject_cast<QToolButton*>(bar->widgetForAction(action));
-        if (button == nullptr) continue;
-        button->setObjectName(name);
-        button->setAccessibleName(action->text().remove('&'));
-        button->setToolTip(TipWithKey(*action));
+        AddToolButton(bar, action, name);
     }
 }
 

@@ -1,28 +1,42 @@
 #include "app/forms/InstrumentCommands.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QLabel>
 #include <QMenuBar>
 #include <QShortcut>
-#include <QStyle>
 #include <QToolBar>
+#include <array>
 #include <utility>
 
 #include "app/ConnectAgain.h"
 #include "app/ConnectCommand.h"
 #include "app/Shutdown.h"
 #include "app/forms/FormHelpers.h"
-#include "app/forms/GraphIcons.h"
 #include "app/forms/InstStatusForm.h"
 #include "app/forms/MainForm.h"
 #include "app/forms/Shell.h"
+#include "app/forms/ToolIcons.h"
 #include "link/Commands.h"
 
 namespace marisonde {
 
 namespace {
 
-void Caption(QAction* action, const QString& text) {
+/// What an instrument can do and this version does not offer yet: shown, so that nobody looks for it in vain.
+struct LaterItem {
+    const char* name;
+    const char* caption;
+    const char* tip;
+};
+constexpr std::array kLaterItems{
+    LaterItem{"Transfer_menu", "Logged &Data...",
+              "Fetching casts from the instrument's memory is not part of this version yet"},
+    LaterItem{"Reset_menu", "&Reset...", "Resetting an instrument is not part of this version yet"},
+};
+
+void Caption(QAction* action, std::string_view caption) {
+    const QLatin1StringView text(caption.data(), static_cast<qsizetype>(caption.size()));
     if (action->text() != text) action->setText(text);
 }
 
@@ -51,27 +65,43 @@ InstrumentCommands::InstrumentCommands(Shell& shell, MainForm& form, Operations&
 }
 
 void InstrumentCommands::MakeActions() {
-    const QStyle* style = form_.style();
     connect_->setObjectName("Connect_menu");
     connect_->setIconText("Connect");
-    connect_->setIcon(QIcon::fromTheme("network-connect", style->standardIcon(QStyle::SP_DriveNetIcon)));
-    connect_->setToolTip("Connect an instrument (F2)");
+    connect_->setIcon(MakeToolIcon(ToolIcon::Connect));
+    connect_->setToolTip("Connect an instrument");
     connect_->setShortcut(Qt::Key_F2);
     disconnect_->setObjectName("Disconnect_menu");
+    disconnect_->setToolTip("Close the connection, and put the instrument to sleep if you like");
     startStop_->setObjectName("Start_Stop_menu");
     startStop_->setShortcut(Qt::Key_F5);
+    startStop_->setToolTip("Start or stop sampling");
     startButton_->setObjectName("Start_Button_action");
     startButton_->setToolTip("Start or stop sampling (F5)");
-    startButton_->setIcon(MakeGraphIcon(GraphIcon::Start));
+    startButton_->setIcon(MakeToolIcon(ToolIcon::Start));
     startStop_->setIcon(startButton_->icon());
     sleep_->setObjectName("Sleep_menu");
+    sleep_->setToolTip("Put the instrument to sleep to save its battery, or wake it");
     status_->setObjectName("InstStatusItem");
+    status_->setToolTip("What is known of the instrument");
     connect(connect_, &QAction::triggered, this, &InstrumentCommands::ConnectCommand);
     connect(disconnect_, &QAction::triggered, this, &InstrumentCommands::DisconnectCommand);
     connect(startStop_, &QAction::triggered, this, &InstrumentCommands::StartStopCommand);
     connect(startButton_, &QAction::triggered, this, &InstrumentCommands::StartStopCommand);
     connect(sleep_, &QAction::triggered, this, &InstrumentCommands::SleepCommand);
     connect(status_, &QAction::triggered, this, &InstrumentCommands::ShowInstStatus);
+}
+
+/// A disabled group overrules what the instrument's state allows.
+void InstrumentCommands::MakeLaterItems() {
+    auto* const later = new QActionGroup(this);
+    later->setExclusionPolicy(QActionGroup::ExclusionPolicy::None);
+    later->setEnabled(false);
+    for (const LaterItem& row : kLaterItems) {
+        QAction* const item = later->addAction(row.caption);
+        item->setObjectName(row.name);
+        item->setToolTip(row.tip);
+        menu_->addAction(item);
+    }
 }
 
 InstrumentCommands::~InstrumentCommands() {
@@ -85,11 +115,14 @@ DataWindow& InstrumentCommands::Window() {
 void InstrumentCommands::MakeMenu(QMenuBar* bar) {
     menu_ = bar->addMenu("&Instrument");
     menu_->setObjectName("Inst_menu");
+    menu_->setToolTipsVisible(true);
     menu_->addAction(connect_);
     menu_->addAction(disconnect_);
     menu_->addSeparator();
     menu_->addAction(startStop_);
     menu_->addAction(sleep_);
+    menu_->addSeparator();
+    MakeLaterItems();
     menu_->addSeparator();
     menu_->addAction(status_);
     // Called after its model the menu has no letter of its own; its key stays.
@@ -98,10 +131,12 @@ void InstrumentCommands::MakeMenu(QMenuBar* bar) {
             [this, bar] { bar->setActiveAction(menu_->menuAction()); });
 }
 
-void InstrumentCommands::MakeToolBar(QToolBar* bar) {
+void InstrumentCommands::MakeToolBar(QToolBar* bar, const std::function<void()>& addFurther) {
     AddToolButton(bar, connect_, "Connect_Button");
+    addFurther();
     AddToolButton(bar, startButton_, "Start_Button");
-    // The longest caption sets the width: the buttons beside it stay where they are.
+    // The longest caption sets the width: what stands beside it stays where it is. Last, so that the room for
+    // it is no gap between buttons.
     if (QWidget* button = bar->widgetForAction(startButton_)) {
         startButton_->setIconText("Close Shutter");
         button->setMinimumWidth(button->sizeHint().width());
@@ -111,8 +146,7 @@ void InstrumentCommands::MakeToolBar(QToolBar* bar) {
 QLabel* InstrumentCommands::MakeNextStep(QWidget* parent) {
     nextStep_ = new QLabel(
         "Plug in your instrument's cable, press Connect (F2) and then Search: the program finds the port, "
-        "the "
-        "model and its calibration.",
+        "the model and its calibration.",
         parent);
     nextStep_->setObjectName("NextStep");
     nextStep_->setTextFormat(Qt::PlainText);
@@ -141,14 +175,14 @@ void InstrumentCommands::Update() {
 
 void InstrumentCommands::ShowCaptions() {
     const InstStateCode shown = Window().Link.State.PrevInstState;
-    const bool stops = OffersStop(shown);
-    Caption(startStop_, stops ? "&Stop" : "&Start");
-    Caption(sleep_, shown == InstStateCode::Sleeping ? "&Wake" : "S&leep");
+    Caption(startStop_, StartStopCaption(shown));
+    Caption(sleep_, SleepCaption(shown));
     const QString button = FromText(StartButtonCaption(shown));
     if (startButton_->iconText() != button) startButton_->setIconText(button);
+    const bool stops = OffersStop(shown);
     if (stops == startButton_->data().toBool()) return;
     startButton_->setData(stops);
-    startButton_->setIcon(MakeGraphIcon(stops ? GraphIcon::Stop : GraphIcon::Start));
+    startButton_->setIcon(MakeToolIcon(stops ? ToolIcon::Stop : ToolIcon::Start));
     startStop_->setIcon(startButton_->icon());
 }
 

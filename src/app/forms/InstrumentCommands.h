@@ -34,7 +34,8 @@ class InstrumentCommands final : public QObject {
     ~InstrumentCommands() override;
 
     void MakeMenu(QMenuBar* bar);
-    void MakeToolBar(QToolBar* bar);
+    /// `addFurther` adds what stands between connecting and starting.
+    void MakeToolBar(QToolBar* bar, const std::function<void()>& addFurther);
     /// A sentence on what to do next, for a window that has nothing to show yet.
     QLabel* MakeNextStep(QWidget* parent);
     /// Captions and what is enabled, by the state of the instrument. Once a tick.
@@ -70,6 +71,7 @@ class InstrumentCommands final : public QObject {
     void LineLost();
     [[nodiscard]] DataWindow& Window();
     void MakeActions();
+    void MakeLaterItems();
     void ShowCaptions();
     void ShowInstrumentMenu();
 

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "app/Shutdown.h"
+#include "app/forms/CalibrationCommands.h"
 #include "app/forms/ChannelCommands.h"
 #include "app/forms/ChannelPanel.h"
 #include "app/forms/FileCommands.h"
@@ -58,6 +59,7 @@ MainForm::MainForm(Shell& shell, std::unique_ptr<SerialLine> line)
     commands_ = std::make_unique<InstrumentCommands>(shell_, *this, operations_);
     terminal_ = std::make_unique<TerminalCommands>(*this, operations_);
     files_ = new FileCommands(shell_, *this, operations_);
+    calibration_ = new CalibrationCommands(*this, operations_);
     LayOut();
     MakeMenus();
     RestorePlace();
@@ -86,23 +88,26 @@ void MainForm::LayOut() {
     column->addLayout(row, 1);
     row->addWidget(chart_, 1);
     row->addWidget(channels_);
-    column->addWidget(files_->MakeStatusLine(middle));
+    statusLine_ = files_->MakeStatusLine(middle);
+    column->addWidget(statusLine_);
     setCentralWidget(middle);
 }
 
 void MainForm::MakeMenus() {
-    files_->MakeMenu(menuBar(), [this](QMenu* menu) { parameters_->AddTo(menu); });
+    files_->MakeMenu(menuBar(), [this](QMenu* menu) {
+        calibration_->AddTo(menu);
+        parameters_->AddTo(menu);
+    });
     commands_->MakeMenu(menuBar());
     terminal_->MakeMenu(menuBar()->findChild<QMenu*>("Inst_menu"));
-    files_->MakeCalibrationMenu(menuBar());
+    calibration_->MakeMenu(menuBar());
     auto* bar = new QToolBar(this);
     bar->setObjectName("Toolbar");
     bar->setWindowTitle("Tool Bar");
     bar->setMovable(false);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     files_->MakeToolBar(bar);
-    commands_->MakeToolBar(bar);
-    terminal_->MakeToolBar(bar);
+    commands_->MakeToolBar(bar, [this, bar] { terminal_->MakeToolBar(bar); });
     addToolBar(bar);
     graph_->MakeMenu(menuBar());
     auto* scales = new QToolBar(this);
@@ -111,6 +116,9 @@ void MainForm::MakeMenus() {
     MakeChannelViewItem(menuBar()->findChild<QMenu*>("Graph_menu"));
     windowsMenu_->MakeMenu(menuBar());
     (new HelpCommands(*this))->MakeMenu(menuBar());
+    // As the eye goes; the keys of the graph work at once.
+    OrderTabs({bar, scales, notices_, chart_, channels_, statusLine_, statusBar()});
+    chart_->setFocus();
 }
 
 void MainForm::MakeChannelViewItem(QMenu* menu) {
@@ -129,8 +137,10 @@ void MainForm::Tick() {
     channelCommands_->Update();
     panels_->Show(window_);
     ShowTitle();
+    ShowBusy();
     commands_->Update();
     files_->Update();
+    calibration_->Update();
     graph_->Update();
     terminal_->Update();
     shell_.WatchSleep();
@@ -142,6 +152,14 @@ void MainForm::ShowTitle() {
     if (windowTitle() == title) return;
     setWindowTitle(title);
     shell_.BuildWindowMenu();
+}
+
+void MainForm::ShowBusy() {
+    if (window_.Busy == testAttribute(Qt::WA_SetCursor)) return;
+    if (window_.Busy)
+        setCursor(Qt::WaitCursor);
+    else
+        unsetCursor();
 }
 
 void MainForm::BuildWindowMenu() {

@@ -13,6 +13,7 @@ class QTimer;
 
 namespace marisonde {
 
+class CalibrationCommands;
 class ChannelCommands;
 class ChannelPanel;
 class ChartView;
@@ -70,6 +71,7 @@ class MainForm final : public QMainWindow {
     void MakeChannelViewItem(QMenu* menu);
     void Tick();
     void ShowTitle();
+    void ShowBusy();
     void SetChannelView(bool open);
     void AskToClose();
     void SavePlace() const;
@@ -86,6 +88,7 @@ class MainForm final : public QMainWindow {
     ParameterCommands* parameters_;
     NoticeStrip* notices_;
     StatusPanels* panels_;
+    QWidget* statusLine_ = nullptr;
     ChannelCommands* channelCommands_ = nullptr;
     WindowsMenu* windowsMenu_;
     bool mayClose_ = false;
@@ -93,6 +96,7 @@ class MainForm final : public QMainWindow {
     std::unique_ptr<InstrumentCommands> commands_;
     std::unique_ptr<TerminalCommands> terminal_;
     FileCommands* files_ = nullptr;
+    CalibrationCommands* calibration_ = nullptr;
     Operations operations_;  ///< dies first: what runs uses everything above
 };
 

@@ -72,6 +72,7 @@ void NoticeStrip::ShowFirst() {
     const auto others = notices_.size() - 1;
     more_->setText(others == 0 ? QString() : QString("%1 more").arg(others));
     more_->setVisible(others > 0);
+    QList<QWidget*> order{text_};
     for (std::size_t i = 0; i < notice.buttons.size(); ++i) {
         auto* button = new QPushButton(notice.buttons[i].caption, this);
         button->setObjectName(notice.buttons[i].name);
@@ -80,7 +81,9 @@ void NoticeStrip::ShowFirst() {
         row_->addWidget(button);
         button->show();
         shownButtons_.push_back(button);
+        order.push_back(button);
     }
+    OrderTabs(order);
     FixControlAccelerators(*this);
     FitHeight();
 }

@@ -2,13 +2,13 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QStyle>
 #include <vector>
 
 #include "app/WindowTitle.h"
 #include "app/forms/FormHelpers.h"
 #include "app/forms/MainForm.h"
 #include "app/forms/TermulatorForm.h"
+#include "app/forms/ToolIcons.h"
 
 namespace marisonde {
 
@@ -16,9 +16,8 @@ TerminalCommands::TerminalCommands(MainForm& form, Operations& operations)
     : QObject(&form), form_(form), operations_(operations), terminal_(new QAction("&Terminal...", this)) {
     terminal_->setObjectName("Terminal_menu");
     terminal_->setIconText("Terminal");
-    terminal_->setIcon(
-        QIcon::fromTheme("utilities-terminal", form.style()->standardIcon(QStyle::SP_ComputerIcon)));
-    terminal_->setToolTip("Talk to the instrument by hand (F6)");
+    terminal_->setIcon(MakeToolIcon(ToolIcon::Terminal));
+    terminal_->setToolTip("Talk to the instrument by hand");
     terminal_->setShortcut(Qt::Key_F6);
     connect(terminal_, &QAction::triggered, this, &TerminalCommands::ShowTermulator);
     DataWindow& window = form_.Window();

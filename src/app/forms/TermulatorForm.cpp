@@ -48,8 +48,8 @@ TermulatorForm::TermulatorForm(DataWindow& window, Operations& operations, QWidg
     divider_->handle(1)->setToolTip("Drag to share the room between replies and data");
     setCentralWidget(divider_);
     // From what is typed to what comes of it.
-    const std::array<QWidget*, 5> order{command_, response_, ascii_, numerical_, data_};
-    for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order.at(i - 1), order.at(i));
+    const QList<QWidget*> order{command_, response_, ascii_, numerical_, data_};
+    OrderTabs(order);
     MakeMenus();
     MakeStatusBar();
     for (QWidget* typedInto : order) typedInto->installEventFilter(this);

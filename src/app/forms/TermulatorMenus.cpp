@@ -42,6 +42,7 @@ void TermulatorForm::MakeMenus() {
     MakeViewMenu();
     instrument_ = menuBar()->addMenu("&Instrument");
     instrument_->setObjectName("TermInst_menu");
+    instrument_->setToolTipsVisible(true);
     AddItemsOf(main_, instrument_, kInstrumentItems);
     instrumentOfMain_ = main_.findChild<QMenu*>("Inst_menu");
     for (const char* name : {"Window_menu", "Help_menu"})
