@@ -13,6 +13,7 @@
 #include "files/DecFile.h"
 #include "files/FileHeaderInfo.h"
 #include "files/RawFileReader.h"
+#include "files/ReplacedFile.h"
 
 namespace marisonde {
 
@@ -24,44 +25,6 @@ using Outcome = ConversionResult::Outcome;
 
 /// Large enough that a system call costs nothing per line, small enough for the nearest caches.
 constexpr std::size_t kWriteBlock = std::size_t{64} * 1024;
-
-/// A file that is written under another name beside its place, and takes its place only when it is complete.
-class ReplacedFile {
-  public:
-    ReplacedFile(fs::path destination, std::unique_ptr<OutputFile> file)
-        : destination_(std::move(destination)), beside_(destination_), file_(std::move(file)) {
-        beside_ += ".converting";
-    }
-    ReplacedFile(const ReplacedFile&) = delete;
-    ReplacedFile& operator=(const ReplacedFile&) = delete;
-    ~ReplacedFile() {
-        if (!opened_) return;
-        file_->Close();
-        std::error_code passedOver;
-        fs::remove(beside_, passedOver);
-    }
-
-    FileError Open() {
-        FileError error = file_->Open(beside_, OpenMode::Replace);
-        opened_ = !error;
-        return error;
-    }
-    FileError Append(std::string_view bytes) { return file_->Append(bytes); }
-    FileError Commit() {
-        if (FileError error = file_->Close()) return error;
-        std::error_code reason;
-        fs::rename(beside_, destination_, reason);
-        if (reason) return {reason.value(), reason.message()};
-        opened_ = false;
-        return {};
-    }
-
-  private:
-    fs::path destination_;
-    fs::path beside_;
-    std::unique_ptr<OutputFile> file_;
-    bool opened_ = false;
-};
 
 bool HasExtension(const fs::path& path, std::string_view extension) {
     return EqualIgnoringCase(path.extension().string(), extension);
@@ -152,7 +115,7 @@ void FileConversion::Open(const MakeOutputFile& makeFile) {
         return Fail("opening", parts.destination, "it is the file to be converted");
     if (const FileError error = parts.reader->Open(parts.source))
         return Fail("opening", parts.source, error.text, error.code);
-    parts.file.emplace(parts.destination, makeFile());
+    parts.file.emplace(parts.destination, ".converting", makeFile());
     if (const FileError error = parts.file->Open())
         return Fail("opening", parts.destination, error.text, error.code);
     parts.text.reserve(kWriteBlock + 4096);

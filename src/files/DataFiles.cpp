@@ -1,9 +1,11 @@
 #include "files/DataFiles.h"
 
+#include <algorithm>
 #include <system_error>
 #include <utility>
 
 #include "files/DatFile.h"
+#include "files/FileCopy.h"
 
 namespace marisonde {
 
@@ -18,27 +20,7 @@ std::string_view ExtensionOf(DataFileKind kind) {
     return kExtensions[static_cast<std::size_t>(kind)];
 }
 
-FileError ErrorOf(const std::error_code& reason) {
-    return {reason.value(), reason.message()};
-}
-
 }  // namespace
-
-FileError CopyDataFile(const fs::path& source, const fs::path& destination) {
-    std::error_code reason;
-    // Saving a file onto itself would only look like a save: a temporary file is deleted at the end.
-    if (fs::equivalent(source, destination, reason))
-        return ErrorOf(std::make_error_code(std::errc::device_or_resource_busy));
-    reason.clear();
-    fs::path beside = destination;
-    beside += ".saving";
-    fs::copy_file(source, beside, fs::copy_options::overwrite_existing, reason);
-    if (!reason) fs::rename(beside, destination, reason);
-    if (!reason) return {};
-    std::error_code passedOver;
-    fs::remove(beside, passedOver);
-    return ErrorOf(reason);
-}
 
 fs::path TemporaryDataPath(const fs::path& folder, int window, DataFileKind kind) {
     return folder / std::to_string(window).append(ExtensionOf(kind));
@@ -65,7 +47,8 @@ bool DataFiles::IsOpen(DataFileKind kind) const {
 }
 
 bool DataFiles::HasUnsavedData() const {
-    return At(DataFileKind::Raw).unsaved || At(DataFileKind::Dat).unsaved;
+    return std::any_of(slots_.begin(), slots_.end(),
+                       [](const Slot& slot) { return slot.taken > slot.saved; });
 }
 
 std::vector<std::string> DataFiles::OpenDataFiles(const DataFilesRequest& request) {
@@ -75,15 +58,19 @@ std::vector<std::string> DataFiles::OpenDataFiles(const DataFilesRequest& reques
     for (const DataFileKind kind : kKinds) {
         const std::string_view header = headers[static_cast<std::size_t>(kind)];
         if (header.empty()) continue;
-        if (auto message = OpenOne(kind, request, header)) messages.push_back(*std::move(message));
+        const fs::path path = TemporaryDataPath(request.temporaryFolder, window_, kind);
+        if (const FileError error = OpenOne(kind, path, header))
+            messages.push_back("Error opening " + path.string() + ": " + error.text + ".");
+        else if (!request.basePath.empty())
+            FinalPath(kind) = FinalDataPath(request.basePath, kind);
     }
     return messages;
 }
 
-std::optional<std::string> DataFiles::OpenOne(DataFileKind kind, const DataFilesRequest& request,
-                                              std::string_view header) {
-    const fs::path path = TemporaryDataPath(request.temporaryFolder, window_, kind);
+FileError DataFiles::OpenOne(DataFileKind kind, const fs::path& path, std::string_view header) {
     Slot& slot = At(kind);
+    slot = {};
+    ++recording_;
     slot.file = makeFile_();
     FileError error = slot.file->Open(path, OpenMode::Replace);
     const bool made = !error;
@@ -92,15 +79,14 @@ std::optional<std::string> DataFiles::OpenOne(DataFileKind kind, const DataFiles
     if (!error) error = slot.file->Flush();
     if (!error) {
         TemporaryPath(kind) = path;
-        if (!request.basePath.empty()) FinalPath(kind) = FinalDataPath(request.basePath, kind);
-        return std::nullopt;
+        return {};
     }
     slot = {};
     // The rest of a header is no data: left behind, the next start would take it for what a dead run
     // recorded.
     std::error_code passedOver;
     if (made) fs::remove(path, passedOver);
-    return "Error opening " + path.string() + ": " + error.text + ".";
+    return error;
 }
 
 std::vector<std::string> DataFiles::CloseDataFiles(bool keepTemporary) {
@@ -149,7 +135,7 @@ DataFileTrouble DataFiles::TurnOff(DataFileKind kind, const FileError& error) {
 std::optional<DataFileTrouble> DataFiles::Write(DataFileKind kind, std::string_view bytes, Millis now) {
     if (!IsOpen(kind) || bytes.empty()) return std::nullopt;
     Slot& slot = At(kind);
-    slot.unsaved = true;
+    slot.taken += bytes.size();
     if (!slot.waitingSince) slot.waitingSince = now;
     if (const FileError error = slot.file->Append(bytes)) return TurnOff(kind, error);
     return std::nullopt;
@@ -194,19 +180,38 @@ FileError DataFiles::OpenForAppending(DataFileKind kind) {
     return At(kind).file->Open(TemporaryPath(kind), OpenMode::Extend);
 }
 
+bool DataFiles::HasVanished(DataFileKind kind) const {
+    const fs::path& path = kind == DataFileKind::Raw ? state_.rawTemporary : state_.datTemporary;
+    std::error_code reason;
+    return !path.empty() && !fs::exists(path, reason) && !reason;
+}
+
+FileError DataFiles::BeginAnew(DataFileKind kind, std::string_view header) {
+    if (FileError error = OpenOne(kind, fs::path(TemporaryPath(kind)), header)) return error;
+    state_.rawFinal.clear();
+    state_.datFinal.clear();
+    state_.stillToBeNamed = true;
+    return {};
+}
+
 std::optional<DataFileTrouble> DataFiles::SaveCopy(DataFileKind kind, const fs::path& destination) {
     if (TemporaryPath(kind).empty()) return std::nullopt;
     if (IsOpen(kind)) {
         if (auto trouble = Flush(kind)) return trouble;
     }
-    if (const FileError error = CopyDataFile(TemporaryPath(kind), destination)) {
-        DataFileTrouble trouble = TroubleOf(kind, error);
-        trouble.name = destination;
-        return trouble;
-    }
+    const CopyMark mark = MarkForCopy(kind);
+    const FileError error = CopyDataFile(TemporaryPath(kind), destination);
+    return NoteCopy(kind, destination, mark, error);
+}
+
+std::optional<DataFileTrouble> DataFiles::NoteCopy(DataFileKind kind, const fs::path& destination,
+                                                   const CopyMark& mark, const FileError& error) {
+    const bool same = mark.recording == recording_ && !TemporaryPath(kind).empty();
+    if (error) return DataFileTrouble{kind, destination, same ? TemporaryPath(kind) : fs::path(), error};
+    if (!same) return std::nullopt;
     FinalPath(kind) = destination;
     state_.stillToBeNamed = false;
-    At(kind).unsaved = false;
+    At(kind).saved = mark.taken;
     return std::nullopt;
 }
 

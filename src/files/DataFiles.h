@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -45,14 +46,16 @@ struct DataFilesRequest {
     std::string datHeader;
 };
 
+/// What a copy that is begun will have of a file.
+struct CopyMark {
+    int recording = 0;        ///< counts the files that a window has begun
+    std::uint64_t taken = 0;  ///< bytes of data
+};
+
 /// Folder, window number, extension: "/tmp/0.raw". Windows never share a file, for the number is in the name.
 std::filesystem::path TemporaryDataPath(const std::filesystem::path& folder, int window, DataFileKind kind);
 /// The user's name with the extension of the kind in place of its own.
 std::filesystem::path FinalDataPath(const std::filesystem::path& basePath, DataFileKind kind);
-
-/// Copies a data file. The copy is made beside `destination` and takes its place once it is complete: one
-/// that fails halfway costs nobody an earlier file of that name.
-FileError CopyDataFile(const std::filesystem::path& source, const std::filesystem::path& destination);
 
 /// The raw and the calibrated file of one window. Everything is written to temporary files first and reaches
 /// the user's place by copying. Asks the user nothing: questions and messages are the caller's.
@@ -91,10 +94,21 @@ class DataFiles {
     std::optional<DataFileTrouble> FlushNow(DataFileKind kind);
     /// Goes on behind the last byte of a file that an error has turned off. Error 0: it takes data again.
     FileError OpenForAppending(DataFileKind kind);
+    /// Somebody has removed the temporary file: what it held and was not saved is lost.
+    [[nodiscard]] bool HasVanished(DataFileKind kind) const;
+    /// Begins a file that has vanished anew. Both files are to be named again, for what was saved under their
+    /// names is all that is left. Error 0: it takes data again.
+    FileError BeginAnew(DataFileKind kind, std::string_view header);
 
     /// Copies the temporary file to `destination`, replacing what is there only once the copy is complete,
     /// and takes it as the final path. Writing goes on in the temporary file. On failure nothing has changed.
     std::optional<DataFileTrouble> SaveCopy(DataFileKind kind, const std::filesystem::path& destination);
+    /// To be taken when a copy is begun that is made in other ways than by SaveCopy.
+    [[nodiscard]] CopyMark MarkForCopy(DataFileKind kind) const { return {recording_, At(kind).taken}; }
+    /// What SaveCopy does with the end of a copy, of a file that was flushed when the mark was taken. A copy
+    /// of files that have been closed meanwhile names no others.
+    std::optional<DataFileTrouble> NoteCopy(DataFileKind kind, const std::filesystem::path& destination,
+                                            const CopyMark& mark, const FileError& error);
     /// The user has given the files a name but nothing is copied yet.
     void NameFiles(const std::filesystem::path& basePath);
 
@@ -102,22 +116,22 @@ class DataFiles {
     /// The file takes data. False before opening, after closing and after an error.
     [[nodiscard]] bool IsOpen(DataFileKind kind) const;
     [[nodiscard]] bool AnyOpen() const { return IsOpen(DataFileKind::Raw) || IsOpen(DataFileKind::Dat); }
-    /// Data behind a header that no SaveCopy has taken yet.
+    /// Data behind a header that no copy has taken yet.
     [[nodiscard]] bool HasUnsavedData() const;
 
   private:
     struct Slot {
         std::unique_ptr<OutputFile> file;
         std::optional<Millis> waitingSince;  ///< when the oldest byte not yet flushed came
-        bool unsaved = false;
+        std::uint64_t taken = 0;  ///< bytes behind the header, those that a full disk cost among them
+        std::uint64_t saved = 0;  ///< of these: as many as the last copy had
     };
     Slot& At(DataFileKind kind) { return slots_[static_cast<std::size_t>(kind)]; }
     [[nodiscard]] const Slot& At(DataFileKind kind) const { return slots_[static_cast<std::size_t>(kind)]; }
     std::filesystem::path& FinalPath(DataFileKind kind);
     std::filesystem::path& TemporaryPath(DataFileKind kind);
 
-    std::optional<std::string> OpenOne(DataFileKind kind, const DataFilesRequest& request,
-                                       std::string_view header);
+    FileError OpenOne(DataFileKind kind, const std::filesystem::path& path, std::string_view header);
     std::optional<DataFileTrouble> Write(DataFileKind kind, std::string_view bytes, Millis now);
     std::optional<DataFileTrouble> Flush(DataFileKind kind);
     DataFileTrouble TurnOff(DataFileKind kind, const FileError& error);
@@ -127,6 +141,7 @@ class DataFiles {
     MakeFile makeFile_;
     DataFileState state_;
     std::array<Slot, kDataFileKinds> slots_;
+    int recording_ = 0;
     std::string line_;  ///< reused, so that a sample costs no allocation
 };
 

@@ -10,12 +10,6 @@ namespace {
 /// Enough for a second of the fastest instrument, so that the system is called about once per flush.
 constexpr std::size_t kWaitingLimit = std::size_t{64} * 1024;
 
-FileError ErrorOf(int code) {
-    // Some libraries fail without setting errno; an error must never look like success.
-    const int number = code != 0 ? code : EIO;
-    return {number, std::generic_category().message(number)};
-}
-
 std::FILE* OpenHandle(const std::filesystem::path& path, OpenMode mode) {
     errno = 0;
 #ifdef _WIN32

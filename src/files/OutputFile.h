@@ -8,14 +8,9 @@
 #include <string>
 #include <string_view>
 
-namespace marisonde {
+#include "files/FileError.h"
 
-/// Why a file could not be written: the system's number and its own words. Code 0 means all is well.
-struct FileError {
-    int code = 0;
-    std::string text;
-    explicit operator bool() const { return code != 0; }
-};
+namespace marisonde {
 
 /// Replace empties a file that is already there; Extend goes on behind its last byte.
 enum class OpenMode { Replace, Extend };

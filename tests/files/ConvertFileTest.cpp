@@ -9,6 +9,7 @@
 #include "files/FileFixture.h"
 #include "files/RawFile.h"
 #include "support/FailingOutputFile.h"
+#include "support/ReadOnlyFolder.h"
 
 namespace marisonde {
 namespace {
@@ -205,6 +206,23 @@ TEST_F(ConvertFileTest, AMissingSourceAndAMissingFolder) {
     EXPECT_EQ(result.outcome, Outcome::Failed);
     EXPECT_EQ(result.message, "Error opening " + (In("gone") / "cast.dat").string() + ": " + reason);
     EXPECT_EQ(Names(), std::set<std::string>{"cast.raw"});
+}
+
+TEST_F(ConvertFileTest, AFolderThatCannotBeWrittenInIsAnError) {
+    ReadOnlyFolder disc(Folder());
+    if (!disc.Refuses()) GTEST_SKIP() << "nothing is refused here";
+    disc.Fill([&] { std::ofstream(disc / "cast.raw", std::ios::binary) << WithChecksum(kSample); });
+    const ConversionResult beside = ToDat(disc / "cast.raw");
+    EXPECT_EQ(beside.outcome, Outcome::Failed);
+    EXPECT_EQ(beside.message, "Error opening " + (disc / "cast.dat").string() + ": " +
+                                  std::generic_category().message(EACCES));
+    EXPECT_EQ(beside.code, EACCES);
+    // Apart from it, the file on the disc can be converted.
+    const ConversionResult apart =
+        ConvertRawToDat(disc / "cast.raw", In("cast.dat"), {}, Corvane2(), FixedModel(), NoWater());
+    EXPECT_EQ(apart.outcome, Outcome::Written);
+    EXPECT_EQ(DataOf(In("cast.dat")), kRow);
+    EXPECT_FALSE(fs::exists(disc / "cast.dat"));
 }
 
 /// A disk that is full after so many bytes, under real files.

@@ -9,6 +9,7 @@
 #include "FileFixture.h"
 #include "files/DataFiles.h"
 #include "support/FailingOutputFile.h"
+#include "support/ReadOnlyFolder.h"
 
 namespace marisonde {
 namespace {
@@ -186,6 +187,93 @@ TEST_F(DataFilesTest, AMissingTemporaryFolderIsReportedForBoth) {
     EXPECT_EQ(messages[1], "Error opening " + (Temporary() / "nowhere" / "0.dat").string() + ": " +
                                std::generic_category().message(ENOENT) + ".");
     EXPECT_FALSE(files.AnyOpen());
+}
+
+TEST_F(DataFilesTest, AFolderThatCannotBeWrittenInTakesNeitherRecordingsNorCopies) {
+    fs::permissions(Temporary().parent_path(), fs::perms::all);
+    fs::permissions(Temporary(), fs::perms::all);
+    const ReadOnlyFolder disc(User());
+    if (!disc.Refuses()) GTEST_SKIP() << "nothing is refused here";
+    DataFiles files(0);
+    DataFilesRequest request = Both();
+    request.temporaryFolder = disc.Path();
+    const std::string reason = std::generic_category().message(EACCES);
+    EXPECT_EQ(files.OpenDataFiles(request),
+              (std::vector<std::string>{"Error opening " + (disc / "0.raw").string() + ": " + reason + ".",
+                                        "Error opening " + (disc / "0.dat").string() + ": " + reason + "."}));
+    EXPECT_FALSE(files.AnyOpen());
+
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    files.WriteRaw("one\r\n", Millis(0));
+    const auto trouble = files.SaveCopy(kRaw, disc / "cast.raw");
+    ASSERT_TRUE(trouble);
+    EXPECT_EQ(trouble->name, disc / "cast.raw");
+    EXPECT_EQ(trouble->error.code, EACCES);
+    EXPECT_EQ(trouble->error.text, reason);
+    EXPECT_TRUE(files.HasUnsavedData());
+    EXPECT_TRUE(TestFolder::Names(disc.Path()).empty());
+    EXPECT_TRUE(files.IsOpen(kRaw));
+    EXPECT_EQ(TextOf(Temporary() / "0.raw"), "raw header\r\none\r\n");
+}
+
+TEST_F(DataFilesTest, WhatComesDuringACopyIsNotSavedByIt) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    files.WriteRaw("one\r\n", Millis(0));
+    EXPECT_FALSE(files.FlushNow(kRaw));
+    const CopyMark mark = files.MarkForCopy(kRaw);
+    EXPECT_EQ(mark.taken, 5U);
+    files.WriteRaw("two\r\n", Millis(10));
+    EXPECT_FALSE(files.NoteCopy(kRaw, User() / "cast.raw", mark, {}));
+    EXPECT_EQ(files.State().rawFinal, User() / "cast.raw");
+    EXPECT_TRUE(files.HasUnsavedData());
+    EXPECT_FALSE(files.NoteCopy(kRaw, User() / "cast.raw", files.MarkForCopy(kRaw), {}));
+    EXPECT_FALSE(files.HasUnsavedData());
+}
+
+TEST_F(DataFilesTest, ACopyOfClosedFilesNamesNoOthers) {
+    DataFiles files(0);
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    files.WriteRaw("one\r\n", Millis(0));
+    const CopyMark mark = files.MarkForCopy(kRaw);
+    EXPECT_TRUE(files.CloseDataFiles(false).empty());
+    EXPECT_FALSE(files.NoteCopy(kRaw, User() / "late.raw", mark, {}));
+    EXPECT_TRUE(files.State().rawFinal.empty());
+    ASSERT_TRUE(files.OpenDataFiles(Both()).empty());
+    files.WriteRaw("two\r\n", Millis(10));
+    EXPECT_FALSE(files.NoteCopy(kRaw, User() / "late.raw", mark, {}));
+    EXPECT_TRUE(files.State().rawFinal.empty());
+    EXPECT_TRUE(files.HasUnsavedData());
+    const auto trouble = files.NoteCopy(kRaw, User() / "late.raw", mark, {ENOSPC, "full"});
+    ASSERT_TRUE(trouble);
+    EXPECT_TRUE(trouble->temporary.empty());
+}
+
+TEST_F(DataFilesTest, AFileThatVanishedBeginsAnewAndTheSavedOneIsLeftAlone) {
+    DataFiles files(0);
+    DataFilesRequest request = Both();
+    request.basePath = User() / "cast";
+    ASSERT_TRUE(files.OpenDataFiles(request).empty());
+    files.WriteRaw("one\r\n", Millis(0));
+    ASSERT_FALSE(files.SaveCopy(kRaw, User() / "cast.raw"));
+    EXPECT_FALSE(files.HasVanished(kRaw));
+    fs::remove(Temporary() / "0.raw");
+    EXPECT_TRUE(files.HasVanished(kRaw));
+    EXPECT_FALSE(files.HasVanished(kDat));
+    EXPECT_FALSE(files.BeginAnew(kRaw, "new header\r\n"));
+    EXPECT_TRUE(files.IsOpen(kRaw));
+    EXPECT_FALSE(files.HasUnsavedData());
+    EXPECT_TRUE(files.State().stillToBeNamed);
+    EXPECT_TRUE(files.State().rawFinal.empty());
+    EXPECT_TRUE(files.State().datFinal.empty());
+    files.WriteRaw("two\r\n", Millis(20));
+    EXPECT_FALSE(files.SaveCopy(kRaw, User() / "rest.raw"));
+    EXPECT_EQ(TextOf(User() / "cast.raw"), "raw header\r\none\r\n");
+    EXPECT_EQ(TextOf(User() / "rest.raw"), "new header\r\ntwo\r\n");
+    fs::remove_all(Temporary());
+    EXPECT_EQ(files.BeginAnew(kRaw, "new header\r\n").code, ENOENT);
+    EXPECT_FALSE(files.IsOpen(kRaw));
+    EXPECT_TRUE(files.HasVanished(kRaw));
 }
 
 TEST_F(DataFilesTest, ClosingDeletesTheTemporaryFilesAndForgetsThePaths) {

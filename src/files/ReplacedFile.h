@@ -1,0 +1,34 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string_view>
+
+#include "files/OutputFile.h"
+
+namespace marisonde {
+
+/// A file that is written under another name beside its place and takes its place only when it is complete:
+/// one that fails halfway costs nobody an earlier file of that name. Unless it is committed, nothing is left
+/// of it.
+class ReplacedFile {
+  public:
+    /// `mark` is added to the name while the file is written.
+    ReplacedFile(std::filesystem::path destination, std::string_view mark,
+                 std::unique_ptr<OutputFile> file = std::make_unique<DiskFile>());
+    ReplacedFile(const ReplacedFile&) = delete;
+    ReplacedFile& operator=(const ReplacedFile&) = delete;
+    ~ReplacedFile();
+
+    [[nodiscard]] FileError Open();
+    FileError Append(std::string_view bytes) { return file_->Append(bytes); }
+    [[nodiscard]] FileError Commit();
+
+  private:
+    std::filesystem::path destination_;
+    std::filesystem::path beside_;
+    std::unique_ptr<OutputFile> file_;
+    bool opened_ = false;
+};
+
+}  // namespace marisonde
