@@ -11,6 +11,7 @@
 #include "files/FileHeader.h"
 #include "files/FileHeaderInfo.h"
 #include "files/RawFileReader.h"
+#include "optics/OrcaParams.h"
 #include "platform/Operations.h"
 
 namespace marisonde {
@@ -46,7 +47,12 @@ class DatSink final : public SampleSink {
         plot_.Clear();
     }
     void Expect(int samples) override { plot_.Expect(samples); }
-    void Append(const RawSample& raw, const CalibratedSample& sample) override { plot_.Append(raw, sample); }
+    void Append(const RawSample& raw, const CalibratedSample& sample) override {
+        plot_.Append(raw, sample);
+        if (reader_.Type() != InstTypeCode::LTidal) return;
+        const Preferences& prefs = window_.App().prefs;
+        window_.Plot.StoreVisibility(OrcaDistance(sample.K, {prefs.OrcaX, prefs.OrcaCThreshold}));
+    }
 
   private:
     DataWindow& window_;
@@ -56,8 +62,8 @@ class DatSink final : public SampleSink {
 };
 
 std::string Told(const StoredFile& file, const LoadResult& result) {
+    if (result.end == End::NotOpened) return result.error;
     std::string text = file.path.filename().string() + ": ";
-    if (result.end == End::NotOpened) return text + "could not be opened.";
     if (result.end == End::Failed) text += "could not be read to its end.  ";
     if (result.end == End::Cancelled) text += "loading was stopped.  ";
     if (result.end == End::Stopped) text += "more points follow.  ";
@@ -89,7 +95,6 @@ QCoro::Task<> Load(Operation& operation, DataWindow& window, StoredFile file, bo
         window.LoadProgress = at;
     };
     if (again) host.group = file.group;
-    window.ProgressTitle = kLoadingTitle;
     window.LoadProgress = ReadProgress();
     SampleReader& reader = file.IsCalibrated() ? static_cast<SampleReader&>(dat) : raw;
     SampleSink& sink = file.IsCalibrated() ? static_cast<SampleSink&>(named) : plot;

@@ -186,6 +186,11 @@ void LivePlot::StoreScatter(int channel, double normalized, const CalibratedSamp
     SetBox(channel, plainSignal && value == 0 ? BoxContent::NoData : BoxContent::Value, value);
 }
 
+void LivePlot::StoreVisibility(double distance) {
+    constexpr int kVisibility = 3;
+    Primary().SetY(kVisibility, plotIndex_ - 1, distance);
+}
+
 void LivePlot::Store(ChartGroup& group, int series, double value) {
     group.SetY(series, plotIndex_, value);
     if (group.Display(series) != SeriesDisplay::Kept)

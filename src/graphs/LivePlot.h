@@ -124,6 +124,9 @@ class LivePlot {
     int BeginTick(int queuedLines);
     /// Stores one converted sample as the next point. Its Time is a date: the tick has stamped what had none.
     void AddSample(const RawSample& raw, const CalibratedSample& sample);
+    /// Keeps the visibility of the l-Tidal sample that was added last, behind its two forms of
+    /// backscattering.
+    void StoreVisibility(double distance);
     /// Shows the points, lets the axes follow them, and writes the readouts of the last sample.
     void EndTick();
     /// Ends a tick whose next line could not be decoded: the points stored so far stay behind the last one
