@@ -308,26 +308,45 @@ std::string DataWindow::NoFittingCalibration(InstTypeCode model) const {
     return CalibrationProblem(model) + kCalibrationRemedy;
 }
 
-void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath) {
-    ClearShownData();
+std::string DataWindow::HeaderOf(DataFileKind kind, std::string_view rawKind) const {
     const HeaderStamp stamp{app_.prefs.UserHeader, app_.clock.Now()};
-    DataFilesRequest request;
-    request.temporaryFolder = app_.temporaryFolder;
-    request.basePath = basePath;
+    std::string header;
     // A calibration that does not fit is another instrument's: its serial number must not stand over the
     // data.
     const CalibrationDataClass* const cal = Link.State.CalReady ? &Link.CalData : nullptr;
-    if (!kind.empty()) WriteRawHeader(request.rawHeader, stamp, kind, Link.State.InstType, cal);
+    if (kind == DataFileKind::Raw)
+        WriteRawHeader(header, stamp, rawKind, Link.State.InstType, cal);
+    else
+        WriteDatHeader(header, stamp, "", Link.CalData, app_.sigma, app_.pureWater);
+    return header;
+}
+
+void DataWindow::OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath) {
+    ClearShownData();
+    DataFilesRequest request;
+    request.temporaryFolder = app_.temporaryFolder;
+    request.basePath = basePath;
+    if (!kind.empty()) request.rawHeader = HeaderOf(DataFileKind::Raw, kind);
+    if (wantDat) request.datHeader = HeaderOf(DataFileKind::Dat, kind);
     if (wantDat) betaColumns_ = app_.pureWater.WriteBetaColumns;
-    if (wantDat) WriteDatHeader(request.datHeader, stamp, "", Link.CalData, app_.sigma, app_.pureWater);
     if (basePath.empty()) untitledNumber_ = ++app_.untitledFiles;
     recorded_.Opened(Link.State);
     inTheWay_ = false;
-    for (const std::string& error : Files.OpenDataFiles(request)) dialogs_.ShowError(error);
+    for (const std::string& error : Files.OpenDataFiles(request)) {
+        StatusLine = error;
+        dialogs_.ShowError(error);
+    }
     const bool mayBeNamed = kind.empty() || kind == "raw";
     if (app_.prefs.NameFilesOnOpen && mayBeNamed && Files.State().stillToBeNamed && Files.AnyOpen() &&
         OnFilesToName)
         OnFilesToName();
+}
+
+FileError DataWindow::BeginFileAnew(DataFileKind kind) {
+    if (kind == DataFileKind::Raw) plottedUnlogged_ = true;
+    if (kind == DataFileKind::Dat) betaColumns_ = app_.pureWater.WriteBetaColumns;
+    untitledNumber_ = ++app_.untitledFiles;
+    return Files.BeginAnew(kind, HeaderOf(kind, "raw"));
 }
 
 std::string DataWindow::StatusText() const {

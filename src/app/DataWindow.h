@@ -50,11 +50,13 @@ class DataWindow {
 
     StoredFile Stored;                         ///< what is shown in place of live samples
     std::optional<ReadProgress> LoadProgress;  ///< while a file is being read
-    std::string_view ProgressTitle = kLoadingTitle;
-    int LoadSerial = 0;             ///< of the newest load; one that is not the newest has ended
-    std::string StatusLine;         ///< the last news about the window's data, for the user
-    bool Busy = false;              ///< the user has to wait for a moment, and the pointer shows it
-    Operations* Running = nullptr;  ///< where the window's long operations run; may be null
+    std::optional<ReadProgress> SaveProgress;  ///< while data are being saved
+    std::string_view SaveTitle;                ///< what is being saved then
+    bool StopSaving = false;                   ///< the user wants no more of it
+    int LoadSerial = 0;                        ///< of the newest load; one that is not the newest has ended
+    std::string StatusLine;                    ///< the last news about the window's data, for the user
+    bool Busy = false;                         ///< the user has to wait for a moment, and the pointer shows it
+    Operations* Running = nullptr;             ///< where the window's long operations run; may be null
 
     std::function<void()> OnFilesToName;        ///< new files wait for the user's name, if there shall be one
     std::function<void()> OnInstrumentChanged;  ///< another model, calibration or connection
@@ -89,6 +91,9 @@ class DataWindow {
     [[nodiscard]] std::string LineLostText() const;
     /// Starts the temporary raw log, and the calibrated file beside it when a calibration is there.
     void OpenDataFiles(std::string_view kind, bool wantDat, const std::string& basePath = "");
+    /// Begins a file anew whose temporary file somebody has removed; it has no name then. What is on the
+    /// graph is in no file any more. Error 0: what comes is recorded again.
+    FileError BeginFileAnew(DataFileKind kind);
     /// The open files are of the instrument that is connected. Another one's data are never recorded into
     /// them.
     [[nodiscard]] bool RecordsWhatComes() const;
@@ -132,6 +137,7 @@ class DataWindow {
     bool SetAsideUnsaved();
     [[nodiscard]] std::string NotRecordedText() const;
     [[nodiscard]] std::string CalibrationProblem(InstTypeCode model) const;
+    [[nodiscard]] std::string HeaderOf(DataFileKind kind, std::string_view rawKind) const;
     void Report(const DataFileTrouble& trouble);
 
     AppContext& app_;

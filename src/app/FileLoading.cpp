@@ -3,6 +3,7 @@
 #include <string>
 
 #include "app/Dialogs.h"
+#include "app/Slices.h"
 #include "platform/Operations.h"
 
 namespace marisonde {
@@ -12,17 +13,13 @@ namespace {
 using Step = GroupLoad::Step;
 using End = LoadResult::End;
 
-/// Most time between two looks at the instruments: they must not notice that a file is being loaded.
-constexpr Millis kSlice{25};
-/// Most services in a slice, for clocks that stand still meanwhile.
-constexpr int kServicesPerSlice = 200;
-
 /// Loads for one slice of time.
-Step RunSlice(GroupLoad& load, int linesPerService, const Clock& clock) {
-    const Millis end = clock.Steady() + kSlice;
+Step LoadSlice(GroupLoad& load, int linesPerService, const Clock& clock) {
     Step step = Step::Working;
-    for (int i = 0; i < kServicesPerSlice && step == Step::Working && clock.Steady() < end; ++i)
+    RunSlice(clock, [&] {
         step = load.Run(linesPerService);
+        return step == Step::Working;
+    });
     return step;
 }
 
@@ -31,7 +28,7 @@ std::string ErrorText(const char* doing, const std::filesystem::path& path, cons
 }
 
 LoadResult Ended(End end, const GroupLoad& load, const SampleReader& reader, int group) {
-    return {end, load.Points(), reader.Counts(), group};
+    return {end, load.Points(), reader.Counts(), group, ""};
 }
 
 /// Whether a further group is wanted.
@@ -48,8 +45,10 @@ QCoro::Task<bool> WantsNextGroup(Operation& operation, const LoadHost& host, int
 QCoro::Task<LoadResult> LoadFile(Operation& operation, SampleReader& reader, bool raw,
                                  std::filesystem::path path, SampleSink& sink, const LoadHost& host) {
     if (const FileError error = reader.Open(path)) {
-        host.dialogs.ShowError(ErrorText("opening", path, error));
-        co_return LoadResult{};
+        LoadResult result;
+        result.error = ErrorText("opening", path, error);
+        host.dialogs.ShowError(result.error);
+        co_return result;
     }
     GroupLoad load(reader, sink, host.maxPoints);
     load.NextGroup();
@@ -58,7 +57,7 @@ QCoro::Task<LoadResult> LoadFile(Operation& operation, SampleReader& reader, boo
     const auto nextTurn = [] { return false; };
     constexpr Millis kNoTime{0};
     while (true) {
-        const Step step = RunSlice(load, linesPerService, host.clock);
+        const Step step = LoadSlice(load, linesPerService, host.clock);
         if (host.progress) host.progress(reader.Progress());
         if (step == Step::Done) co_return Ended(End::Complete, load, reader, group);
         if (step == Step::Failed) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "common/Clock.h"
 #include "files/GroupLoad.h"
@@ -19,7 +20,8 @@ struct LoadResult {
     End end = End::NotOpened;  ///< NotOpened: the sink is as it was
     int points = 0;            ///< in the sink
     LineCounts counts;
-    int group = 0;  ///< groups passed over before the one in the sink
+    int group = 0;      ///< groups passed over before the one in the sink
+    std::string error;  ///< why it was not opened, as the user has been told
 };
 
 /// What a load needs of the window that it loads into.

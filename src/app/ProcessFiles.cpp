@@ -4,36 +4,23 @@
 #include <utility>
 
 #include "app/Dialogs.h"
+#include "app/Slices.h"
 #include "platform/Operations.h"
 
 namespace marisonde {
 
 namespace {
 
-/// Most time between two looks at the instruments: they must not notice that files are being converted.
-constexpr Millis kSlice{25};
-/// Most steps in a slice, for clocks that stand still meanwhile.
-constexpr int kStepsPerSlice = 200;
-
-/// Converts for one slice of time. False once the conversion has ended.
-bool RunSlice(FileConversion& conversion, const Clock& clock) {
-    const Millis end = clock.Steady() + kSlice;
-    for (int i = 0; i < kStepsPerSlice && clock.Steady() < end; ++i)
-        if (!conversion.Run(kLinesPerProgress)) return false;
-    return true;
-}
-
 /// One file to its end, or until the operation is cancelled, which leaves no half of a file.
 QCoro::Task<void> RunOne(Operation& operation, FileConversion& conversion, BatchProgress progress,
                          const BatchHost& host) {
-    const auto nextTurn = [] { return false; };
-    constexpr Millis kNoTime{0};
-    while (RunSlice(conversion, host.clock)) {
+    const std::function<bool()> step = [&] { return conversion.Run(kLinesPerProgress); };
+    const std::function<void()> shown = [&] {
         progress.within = conversion.Progress();
         if (host.progress) host.progress(progress);
-        co_await operation.Until(nextTurn, kNoTime);
-        if (operation.Cancelled()) conversion.Cancel();
-    }
+    };
+    co_await RunInSlices(operation, host.clock, step, shown);
+    if (operation.Cancelled()) conversion.Cancel();
 }
 
 void Tell(const ConversionResult& result, std::size_t file, const BatchHost& host) {

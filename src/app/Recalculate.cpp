@@ -54,7 +54,6 @@ QCoro::Task<> ReplotLog(Operation& operation, DataWindow& window) {
         sink.Show();
         window.LoadProgress = at;
     };
-    window.ProgressTitle = kLoadingTitle;
     window.LoadProgress = ReadProgress();
     co_await LoadFile(operation, reader, true, log, sink, host);
     if (window.LoadSerial != mine) co_return;

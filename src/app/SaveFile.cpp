@@ -2,12 +2,17 @@
 
 #include <array>
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string>
 
+#include "app/BatchConversion.h"
 #include "app/DataWindow.h"
 #include "app/FileDialogs.h"
+#include "app/Slices.h"
 #include "files/ConvertFile.h"
 #include "files/DataFileQuestions.h"
+#include "files/FileCopy.h"
 #include "platform/Operations.h"
 
 namespace marisonde {
@@ -27,9 +32,10 @@ std::string ErrorWhileConverting(int code, const fs::path& name) {
     return "Error " + std::to_string(code) + " occurred while saving " + name.string();
 }
 
-std::string NoNewDataText(const FileError& error, const fs::path& name) {
+/// `purpose`: what the file was to be opened for.
+std::string NoNewDataText(const FileError& error, const fs::path& name, const char* purpose) {
     return "Error " + std::to_string(error.code) + " (" + error.text + ") occured while attempting to open " +
-           name.string() + " for appending.  No new data will be saved.";
+           name.string() + " for " + purpose + ".  No new data will be saved.";
 }
 
 /// Where the raw data of a window lie, and the calibrated ones as they were recorded or read.
@@ -56,8 +62,52 @@ DataFilesToSave WhatCanBeSaved(const DataWindow& window, const Sources& sources)
 }
 
 void TellWhereDataAre(DataWindow& window, const DataFileTrouble& trouble) {
+    if (trouble.temporary.empty())
+        return window.Ask().ShowError(ErrorWhileSaving(trouble.error, trouble.name));
     window.Ask().ShowSaveError(SaveFileErrorText(trouble.name, trouble.temporary, trouble.error),
                                trouble.temporary.parent_path().string());
+}
+
+/// Takes the steps of a save while the window lives on. False: the user has stopped it.
+QCoro::Task<bool> RunSave(Operation& operation, DataWindow& window, std::string_view title,
+                          const std::function<bool()>& step, const std::function<ReadProgress()>& progress) {
+    window.StopSaving = false;
+    window.SaveTitle = title;
+    const std::function<bool()> unlessStopped = [&] { return !window.StopSaving && step(); };
+    const std::function<void()> shown = [&] { window.SaveProgress = progress(); };
+    co_await RunInSlices(operation, window.App().clock, unlessStopped, shown);
+    window.SaveProgress.reset();
+    if (window.StopSaving) window.StatusLine = "Saving was stopped.";
+    co_return !window.StopSaving && !operation.Cancelled();
+}
+
+/// How the copy of a file ended. Neither made nor in trouble: the user has stopped it.
+struct CopyEnd {
+    bool made = false;
+    std::optional<DataFileTrouble> trouble;
+};
+
+/// What a window has recorded, or the file that it shows, under another name.
+QCoro::Task<CopyEnd> CopyAs(Operation& operation, DataWindow& window, DataFileKind kind, fs::path source,
+                            fs::path name) {
+    const bool recorded = !window.Stored.IsShown();
+    CopyEnd end;
+    if (recorded) end.trouble = window.Files.FlushNow(kind);
+    if (end.trouble) co_return end;
+    // What comes while the copy is made is not in it.
+    const CopyMark mark = window.Files.MarkForCopy(kind);
+    FileCopy copy(source, name);
+    const std::function<bool()> step = [&] { return copy.Run(); };
+    const std::function<ReadProgress()> progress = [&] { return copy.Progress(); };
+    const std::string_view title = kind == DataFileKind::Raw ? "Saving Raw Data" : BatchTitle(false);
+    const bool ended = co_await RunSave(operation, window, title, step, progress);
+    if (!ended) co_return end;
+    if (recorded)
+        end.trouble = window.Files.NoteCopy(kind, name, mark, copy.Error());
+    else if (copy.Error())
+        end.trouble = DataFileTrouble{kind, name, {}, copy.Error()};
+    end.made = !end.trouble;
+    co_return end;
 }
 
 /// One file under the user's name. False: it could not be saved.
@@ -65,15 +115,11 @@ QCoro::Task<bool> SaveCopyAs(Operation& operation, DataWindow& window, DataFileK
                              fs::path name) {
     std::error_code passedOver;
     if (fs::equivalent(source, name, passedOver)) co_return true;
-    std::optional<DataFileTrouble> trouble;
-    if (!window.Stored.IsShown())
-        trouble = window.Files.SaveCopy(kind, name);
-    else if (const FileError error = CopyDataFile(source, name))
-        trouble = DataFileTrouble{kind, name, {}, error};
-    if (!trouble) co_return true;
-    const std::string text = ErrorWhileSaving(trouble->error, name);
+    const CopyEnd end = co_await CopyAs(operation, window, kind, source, name);
+    if (!end.trouble) co_return end.made;
+    const std::string text = ErrorWhileSaving(end.trouble->error, name);
     co_await window.Ask().ShowMessage(operation, text);
-    if (!trouble->temporary.empty()) TellWhereDataAre(window, *trouble);
+    if (!end.trouble->temporary.empty()) TellWhereDataAre(window, *end.trouble);
     co_return false;
 }
 
@@ -84,19 +130,13 @@ QCoro::Task<bool> ConvertAs(Operation& operation, DataWindow& window, fs::path s
     if (const auto trouble = window.Files.FlushNow(DataFileKind::Raw)) TellWhereDataAre(window, *trouble);
     FileConversion conversion =
         FileConversion::ToDat(source, name, stamp, window.Link.CalData, app.sigma, app.pureWater);
-    window.ProgressTitle = "Saving Calibrated Data";
-    const auto nextTurn = [] { return false; };
-    constexpr Millis kNoTime{0};
-    constexpr int kLinesPerTurn = 20 * kLinesPerProgress;
-    while (conversion.Run(kLinesPerTurn)) {
-        window.LoadProgress = conversion.Progress();
-        co_await operation.Until(nextTurn, kNoTime);
-        if (operation.Cancelled()) conversion.Cancel();
-    }
-    window.LoadProgress.reset();
+    const std::function<bool()> step = [&] { return conversion.Run(kLinesPerProgress); };
+    const std::function<ReadProgress()> progress = [&] { return conversion.Progress(); };
+    const std::string_view title = BatchTitle(false);
+    co_await RunSave(operation, window, title, step, progress);
     const ConversionResult& result = conversion.Result();
     if (result.outcome == ConversionResult::Outcome::Written) co_return true;
-    if (result.outcome == ConversionResult::Outcome::Failed) {
+    if (!result.message.empty()) {
         window.Ask().ShowError(result.message);
         const std::string text = ErrorWhileConverting(result.code, name);
         co_await window.Ask().ShowMessage(operation, text);
@@ -105,6 +145,7 @@ QCoro::Task<bool> ConvertAs(Operation& operation, DataWindow& window, fs::path s
 }
 
 QCoro::Task<bool> SaveOne(Operation& operation, DataWindow& window, DataFileKind kind, fs::path base) {
+    co_await SaveHasEnded(operation, window);
     const Sources sources = SourcesOf(window);
     const fs::path name = FinalDataPath(base, kind);
     const fs::path& there = kind == DataFileKind::Raw ? sources.raw : sources.dat;
@@ -121,7 +162,28 @@ QCoro::Task<void> ShowNothingToSave(Operation& operation, DataWindow& window) {
     co_await window.Ask().ShowMessage(operation, text);
 }
 
+/// Begins files anew that somebody has removed while they were recorded: there is nothing left to save, but
+/// what comes shall not be lost too.
+QCoro::Task<> RecordAnew(Operation& operation, DataWindow& window) {
+    for (const DataFileKind kind : kKinds) {
+        if (!window.Files.HasVanished(kind)) continue;
+        const DataFileState files = window.Files.State();
+        const fs::path path = kind == DataFileKind::Raw ? files.rawTemporary : files.datTemporary;
+        window.StatusLine = path.string() + " has been removed.  What comes is recorded in a new file.";
+        if (const FileError error = window.BeginFileAnew(kind)) {
+            const std::string text = NoNewDataText(error, path, "writing");
+            window.StatusLine = text;
+            co_await window.Ask().ShowMessage(operation, text);
+        }
+    }
+}
+
 }  // namespace
+
+QCoro::Task<> SaveHasEnded(Operation& operation, DataWindow& window) {
+    const auto ended = [&window] { return !window.SaveProgress; };
+    co_await operation.Until(ended, Millis::max());
+}
 
 QCoro::Task<bool> SaveAsMenuCommand(Operation& operation, DataWindow& window) {
     const Sources sources = SourcesOf(window);
@@ -153,6 +215,13 @@ QCoro::Task<bool> SaveFileMenuCommand(Operation& operation, DataWindow& window) 
                             " is as it was: there is nothing to save.  Use \"Save As...\" for a copy.";
         co_return true;
     }
+    co_await SaveHasEnded(operation, window);
+    const bool vanished =
+        window.Files.HasVanished(DataFileKind::Raw) || window.Files.HasVanished(DataFileKind::Dat);
+    if (vanished) {
+        co_await RecordAnew(operation, window);
+        co_return false;
+    }
     const Sources sources = SourcesOf(window);
     if (sources.name.empty()) {
         const bool saved = co_await SaveAsMenuCommand(operation, window);
@@ -160,14 +229,15 @@ QCoro::Task<bool> SaveFileMenuCommand(Operation& operation, DataWindow& window) 
     }
     for (const DataFileKind kind : kKinds) {
         const DataFileState files = window.Files.State();
-        const fs::path name = kind == DataFileKind::Raw ? files.rawFinal : files.datFinal;
+        const bool raw = kind == DataFileKind::Raw;
+        const fs::path& source = raw ? files.rawTemporary : files.datTemporary;
+        const fs::path& name = raw ? files.rawFinal : files.datFinal;
         if (name.empty()) continue;
-        if (const auto trouble = window.Files.SaveCopy(kind, name)) {
-            TellWhereDataAre(window, *trouble);
-            co_return false;
-        }
+        const CopyEnd end = co_await CopyAs(operation, window, kind, source, name);
+        if (end.trouble) TellWhereDataAre(window, *end.trouble);
+        if (!end.made) co_return false;
         if (const FileError error = window.Files.OpenForAppending(kind)) {
-            const std::string text = NoNewDataText(error, name);
+            const std::string text = NoNewDataText(error, name, "appending");
             co_await window.Ask().ShowMessage(operation, text);
         }
     }

@@ -12,7 +12,10 @@ class Operation;
 /// the user has been told.
 QCoro::Task<bool> SaveAsMenuCommand(Operation& operation, DataWindow& window);
 /// Saves what a window has recorded under the names it has, or asks for them. Recording goes on, and is taken
-/// up again where a full disk had ended it. False as above.
+/// up again where a full disk had ended it. Where somebody has removed the temporary files it begins anew,
+/// which the status line tells. False as above.
 QCoro::Task<bool> SaveFileMenuCommand(Operation& operation, DataWindow& window);
+/// Waits while data of the window are being saved.
+QCoro::Task<> SaveHasEnded(Operation& operation, DataWindow& window);
 
 }  // namespace marisonde

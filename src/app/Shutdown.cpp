@@ -46,6 +46,7 @@ QCoro::Task<bool> PutToSleep(Operation& operation, DataWindow& window) {
 QCoro::Task<bool> CloseDataFiles(Operation& operation, DataWindow& window, bool ask) {
     const DataWindowState& state = window.Link.State;
     const std::string model(InstTypeName(state.InstType));
+    co_await SaveHasEnded(operation, window);
     if (ask && window.Files.HasUnsavedData()) {
         const Question unsaved = UnsavedDataQuestion(model, SourceOf(window));
         const Choice choice = co_await window.Ask().ShowChoiceDialog(operation, unsaved);

@@ -3,6 +3,8 @@
 #include "app/NewFile.h"
 #include "app/RecentFiles.h"
 #include "app/SaveFile.h"
+#include "app/Shutdown.h"
+#include "support/ReadOnlyFolder.h"
 
 namespace marisonde {
 namespace {
@@ -93,6 +95,149 @@ TEST_F(SaveFileTest, FailedCopyIsToldWithItsPlace) {
     EXPECT_NE(dialogs.errors[0].find(window.Files.State().rawTemporary.string()), std::string::npos);
     EXPECT_TRUE(window.Files.AnyOpen());
 }
+
+TEST_F(SaveFileTest, FolderThatCannotBeWrittenInIsToldAndAnotherTakesTheData) {
+    DataWindow& window = Sampling();
+    const ReadOnlyFolder disc(folder.Path());
+    if (!disc.Refuses()) GTEST_SKIP() << "nothing is refused here";
+    EXPECT_EQ(SaveAs(window, (disc / "one").string(), 1), false);
+    EXPECT_EQ(dialogs.notices, std::vector<std::string>{"Error13 (Permission denied) occurred while saving " +
+                                                        (disc / "one.raw").string()});
+    ASSERT_EQ(dialogs.errors.size(), 1U);
+    EXPECT_NE(dialogs.errors[0].find(window.Files.State().rawTemporary.string()), std::string::npos);
+    EXPECT_TRUE(TestFolder::Names(disc.Path()).empty());
+    EXPECT_TRUE(window.Files.HasUnsavedData());
+    EXPECT_EQ(SaveAs(window, (folder / "one").string(), 0), true);
+    EXPECT_FALSE(window.Files.HasUnsavedData());
+    EXPECT_TRUE(fs::exists(folder / "one.raw"));
+}
+
+TEST_F(SaveFileTest, LongCopyLetsTheWindowLiveAndSavesWhatWasThereAtItsBegin) {
+    DataWindow& window = Keep(Scripted(Model::Corvane6));
+    const std::string block(1 << 20, 'x');
+    for (int i = 0; i < 20; ++i) window.Files.WriteRaw(block, clock.Steady());
+    dialogs.chosen = {{(folder / "long").string(), 1}};
+    OperationsOf(window).Start("Test", [&](Operation& operation) -> QCoro::Task<> {
+        co_await SaveAsMenuCommand(operation, window);
+    });
+    ASSERT_TRUE(window.SaveProgress);
+    EXPECT_EQ(window.SaveTitle, "Saving Raw Data");
+    EXPECT_GT(window.SaveProgress->done, 0U);
+    EXPECT_LT(window.SaveProgress->done, window.SaveProgress->size);
+    EXPECT_FALSE(fs::exists(folder / "long.raw"));
+    port->Queue("meanwhile\r\n");
+    Settle();
+    EXPECT_FALSE(window.SaveProgress);
+    const std::string saved = BehindHeader(TestFolder::Read(folder / "long.raw"), "[EndHeader]");
+    EXPECT_EQ(saved.size(), 20 * block.size());
+    EXPECT_TRUE(window.Files.HasUnsavedData());
+    EXPECT_EQ(window.StatusLine, "Saved to " + folder.Path().string() + ".");
+}
+
+TEST_F(SaveFileTest, StoppedCopyLeavesNothingAndAllOpen) {
+    DataWindow& window = Keep(Scripted(Model::Corvane6));
+    for (int i = 0; i < 20; ++i) window.Files.WriteRaw(std::string(1 << 20, 'x'), clock.Steady());
+    std::optional<bool> saved;
+    dialogs.chosen = {{(folder / "long").string(), 1}};
+    OperationsOf(window).Start("Test", [&](Operation& operation) -> QCoro::Task<> {
+        const bool done = co_await SaveAsMenuCommand(operation, window);
+        saved = done;
+    });
+    ASSERT_TRUE(window.SaveProgress);
+    window.StopSaving = true;
+    Settle();
+    EXPECT_EQ(saved, false);
+    EXPECT_FALSE(window.SaveProgress);
+    EXPECT_EQ(window.StatusLine, "Saving was stopped.");
+    EXPECT_FALSE(fs::exists(folder / "long.raw"));
+    EXPECT_FALSE(fs::exists(folder / "long.raw.saving"));
+    EXPECT_TRUE(window.Files.HasUnsavedData());
+    EXPECT_TRUE(window.Files.AnyOpen());
+    EXPECT_TRUE(dialogs.notices.empty());
+    // The next save begins afresh.
+    EXPECT_EQ(SaveAs(window, (folder / "long").string(), 1), true);
+}
+
+TEST_F(SaveFileTest, ClosingWaitsForTheCopy) {
+    DataWindow& window = Keep(Scripted(Model::Corvane6));
+    for (int i = 0; i < 20; ++i) window.Files.WriteRaw(std::string(1 << 20, 'x'), clock.Steady());
+    dialogs.chosen = {{(folder / "long").string(), 1}};
+    OperationsOf(window).Start("Test", [&](Operation& operation) -> QCoro::Task<> {
+        co_await SaveAsMenuCommand(operation, window);
+    });
+    ASSERT_TRUE(window.SaveProgress);
+    std::optional<bool> closed;
+    OperationsOf(window).Start("Close", [&](Operation& operation) -> QCoro::Task<> {
+        const bool done = co_await CloseDataFiles(operation, window, true);
+        closed = done;
+    });
+    EXPECT_TRUE(window.Files.AnyOpen());
+    Settle();
+    EXPECT_EQ(closed, true);
+    EXPECT_TRUE(Asked().empty());
+    EXPECT_EQ(BehindHeader(TestFolder::Read(folder / "long.raw"), "[EndHeader]").size(), 20U << 20);
+}
+
+TEST_F(SaveFileTest, ConversionCanBeStoppedToo) {
+    const std::string raw = RawOf(70000);
+    DataWindow& window = WithCal(Model::Corvane6);
+    window.Plot.MaxGraphPoints = 100000;
+    StartLoad(window, {raw, "raw", InstTypeCode::Corvane6, ""});
+    Settle();
+    dialogs.chosen = {{(folder / "copy").string(), 2}};
+    OperationsOf(window).Start("Test", [&](Operation& operation) -> QCoro::Task<> {
+        co_await SaveAsMenuCommand(operation, window);
+    });
+    ASSERT_TRUE(window.SaveProgress);
+    EXPECT_EQ(window.SaveTitle, "Saving Calibrated Data");
+    EXPECT_FALSE(window.LoadProgress);
+    window.StopSaving = true;
+    Settle();
+    EXPECT_EQ(window.StatusLine, "Saving was stopped.");
+    EXPECT_FALSE(fs::exists(folder / "copy.dat"));
+    EXPECT_TRUE(dialogs.notices.empty());
+    EXPECT_TRUE(dialogs.errors.empty());
+}
+
+#ifdef __linux__
+TEST_F(SaveFileTest, RecordingThatSomebodyRemovedBeginsAnew) {
+    DataWindow& window = Sampling();
+    ASSERT_EQ(SaveAs(window, (folder / "one").string()), true);
+    const std::string before = TestFolder::Read(folder / "one.raw");
+    const fs::path raw = window.Files.State().rawTemporary;
+    fs::remove(raw);
+    Run(window, std::chrono::seconds(5));
+    EXPECT_FALSE(window.Files.IsOpen(DataFileKind::Raw));
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), false);
+    EXPECT_EQ(window.StatusLine, raw.string() + " has been removed.  What comes is recorded in a new file.");
+    EXPECT_TRUE(window.Files.IsOpen(DataFileKind::Raw));
+    EXPECT_EQ(TestFolder::Read(raw).substr(0, 8), "[Header]");
+    EXPECT_FALSE(window.CanReplot());
+    Run(window, std::chrono::seconds(5));
+    // What was saved before is all that is left of it: the rest gets a name of its own.
+    EXPECT_EQ(SaveAs(window, (folder / "two").string()), true);
+    EXPECT_EQ(TestFolder::Read(folder / "one.raw"), before);
+    EXPECT_EQ(TestFolder::Read(folder / "two.raw"), TestFolder::Read(raw));
+    EXPECT_NE(BehindHeader(TestFolder::Read(folder / "two.raw"), "[EndHeader]").find("*T"),
+              std::string::npos);
+    EXPECT_TRUE(dialogs.notices.empty());
+}
+
+TEST_F(SaveFileTest, RecordingThatCannotBeginAnewIsTold) {
+    app.temporaryFolder = folder / "temporary";
+    fs::create_directory(app.temporaryFolder);
+    DataWindow& window = Keep(Scripted(Model::Corvane6));
+    const DataFileState files = window.Files.State();
+    fs::remove_all(app.temporaryFolder);
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), false);
+    const std::string begin = "Error 2 (No such file or directory) occured while attempting to open ";
+    const std::string end = " for writing.  No new data will be saved.";
+    EXPECT_EQ(dialogs.notices, (std::vector<std::string>{begin + files.rawTemporary.string() + end,
+                                                         begin + files.datTemporary.string() + end}));
+    EXPECT_EQ(window.StatusLine, dialogs.notices.back());
+    EXPECT_FALSE(window.Files.AnyOpen());
+}
+#endif
 
 TEST_F(SaveFileTest, SaveUnderANameThatIsGoneShowsWhereTheDataAre) {
     DataWindow& window = Sampling();
@@ -276,6 +421,15 @@ TEST_F(NewFileTest, OpenedFileGivesWayToNewData) {
     EXPECT_FALSE(window.Stored.IsShown());
     EXPECT_EQ(window.Plot.PlotIndex(), 1);
     EXPECT_TRUE(fs::exists(cast.raw));
+}
+
+TEST_F(NewFileTest, FilesThatCannotBeBegunAreToldInTheStatusLineToo) {
+    app.temporaryFolder = folder / "nowhere";
+    DataWindow& window = Keep(Scripted(Model::Corvane6));
+    const std::string begin = "Error opening " + (folder / "nowhere/0").string();
+    EXPECT_EQ(dialogs.errors, (std::vector<std::string>{begin + ".raw: No such file or directory.",
+                                                        begin + ".dat: No such file or directory."}));
+    EXPECT_EQ(window.StatusLine, dialogs.errors.back());
 }
 
 TEST_F(NewFileTest, NamesAreAskedForWhenTheUserWantsIt) {

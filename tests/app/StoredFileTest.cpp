@@ -1,5 +1,6 @@
 #include "app/LoadStored.h"
 #include "app/OpenFileFixture.h"
+#include "support/ReadOnlyFolder.h"
 
 namespace marisonde {
 namespace {
@@ -76,6 +77,21 @@ TEST_F(StoredFileTest, CalibratedFileOfTheSameModelKeepsTheCalibration) {
     EXPECT_TRUE(Asked().empty());
     for (std::size_t box = 0; box < 3; ++box)
         EXPECT_NE(window.Plot.Readouts().DataBox[box].View(), kNoData) << box;
+}
+
+TEST_F(StoredFileTest, CalibratedFileOfAnLTidalBringsItsVisibility) {
+    TestFolder::Write(folder / "l.dat",
+                      "[Header]\r\nFileType=dat\r\nDeviceType=l-Tidal\r\n[Data]\r\n"
+                      "40001,1,0.01,0.02,0.5,0.3\r\n40002,2,0.01,0.02,0,0.3\r\n");
+    app.prefs.OrcaX = 10;
+    DataWindow& window = Empty();
+    OpenByMenu(window, (folder / "l.dat").string());
+    const ChartGroup& group = window.Chart.ChartGroups(1);
+    ASSERT_EQ(group.LastPoint(), 2);
+    EXPECT_NEAR(group.Y(3, 1), 4.60517, 0.00001);  // ln 10 / 0.5
+    EXPECT_EQ(group.Y(3, 2), 1E+308);
+    EXPECT_EQ(group.Display(3), SeriesDisplay::Kept);
+    EXPECT_LT(window.Chart.Axes(AxisName::Y).Max(), 1);
 }
 
 TEST_F(StoredFileTest, FileWithoutHeaderLoadsByItsLines) {
@@ -187,7 +203,32 @@ TEST_F(StoredFileTest, FileThatVanishesWhileItIsReadIsStillRead) {
     fs::remove(raw);
     Settle();
     EXPECT_FALSE(window.LoadProgress);
-    EXPECT_GT(window.Chart.ChartGroups(1).LastPoint(), 0);
+    EXPECT_EQ(window.Chart.ChartGroups(1).LastPoint(), 70000);
+    EXPECT_EQ(window.StatusLine, "many.raw: 70000 points");
+}
+
+TEST_F(StoredFileTest, FileOnADiscThatCannotBeWrittenIsRead) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    DataWindow& window = WithCal(Model::Corvane6);
+    ReadOnlyFolder disc(folder.Path());
+    if (!disc.Refuses()) GTEST_SKIP() << "nothing is refused here";
+    disc.Fill([&] { fs::copy_file(cast.raw, disc / "cast.raw"); });
+    OpenByMenu(window, (disc / "cast.raw").string());
+    EXPECT_EQ(PointsOf(window), PointsOf(*cast.live));
+    EXPECT_EQ(window.Stored.path, disc / "cast.raw");
+}
+
+TEST_F(StoredFileTest, FileThatMayNotBeReadIsTold) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    DataWindow& window = WithCal(Model::Corvane6);
+    fs::permissions(cast.raw, fs::perms::none);
+    const ReadOnlyFolder disc(folder.Path());  // no superuser reads it
+    if (!disc.Refuses()) GTEST_SKIP() << "nothing is refused here";
+    StartLoad(window, {cast.raw, "raw", InstTypeCode::Corvane6, ""});
+    Settle();
+    EXPECT_EQ(window.StatusLine, "Error opening " + cast.raw + ": Permission denied.");
+    EXPECT_EQ(dialogs.errors, std::vector<std::string>{window.StatusLine});
+    EXPECT_FALSE(window.Stored.IsShown());
 }
 
 TEST_F(StoredFileTest, FileThatIsGoneLeavesTheWindowAsItWas) {
@@ -202,7 +243,7 @@ TEST_F(StoredFileTest, FileThatIsGoneLeavesTheWindowAsItWas) {
               std::vector<std::string>{"Error opening " + cast.raw + ": No such file or directory."});
     EXPECT_EQ(PointsOf(window), shown);
     EXPECT_EQ(window.Stored.path, cast.raw);
-    EXPECT_EQ(window.StatusLine, "cast.raw: could not be opened.");
+    EXPECT_EQ(window.StatusLine, dialogs.errors[0]);
 }
 
 }  // namespace

@@ -50,10 +50,17 @@ QCoro::Task<> CloseFile(Operation& operation, DataWindow& window, const ShowNewW
     co_await CloseDataFiles(operation, window, true);
 }
 
+/// A name of other bytes than UTF-8 has no text that leads back to the file.
+std::string LocalPath(const QUrl& url) {
+    const QString text = url.toLocalFile();
+    if (!text.contains(QChar::ReplacementCharacter)) return text.toStdString();
+    return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+}
+
 std::vector<std::string> LocalFiles(const QMimeData* data) {
     std::vector<std::string> paths;
     for (const QUrl& url : data->urls())
-        if (url.isLocalFile()) paths.push_back(url.toLocalFile().toStdString());
+        if (url.isLocalFile()) paths.push_back(LocalPath(url));
     return paths;
 }
 
@@ -143,6 +150,7 @@ void FileCommands::MakeMenu(QMenuBar* bar, const std::function<void(QMenu*)>& ad
     menu->addSeparator();
     QAction* process = menu->addAction("&Process Files...", this, &FileCommands::ShowProcessFiles);
     process->setObjectName("ProcessFilesItem");
+    process->setToolTip("Convert many raw files at once");
     menu->addSeparator();
     addFurther(menu);
     menu->addSeparator();
@@ -198,15 +206,14 @@ QWidget* FileCommands::MakeStatusLine(QWidget* parent) {
     row->addWidget(text_, 1);
     progress_ = new QProgressBar(line_);
     progress_->setObjectName("LoadProgress");
-    progress_->setAccessibleName("Progress of reading the file");
+    progress_->setAccessibleName("Progress of loading or saving");
     progress_->setRange(0, kProgressSteps);
     progress_->setFixedWidth(kProgressWidth);
     row->addWidget(progress_);
     stop_ = new QPushButton("S&top", line_);
     stop_->setObjectName("StopLoading");
-    stop_->setToolTip("Show what has been read so far");
     stop_->setShortcut(Qt::Key_Escape);
-    connect(stop_, &QPushButton::clicked, this, &FileCommands::StopLoading);
+    connect(stop_, &QPushButton::clicked, this, &FileCommands::StopWork);
     row->addWidget(stop_);
     dismiss_ = new QPushButton("Hi&de", line_);
     dismiss_->setObjectName("HideStatusLine");
@@ -217,9 +224,13 @@ QWidget* FileCommands::MakeStatusLine(QWidget* parent) {
     return line_;
 }
 
-/// What was read stays on the graph.
-void FileCommands::StopLoading() {
-    if (Window().Stored.IsShown()) operations_.Cancel(kLoadOperation);
+/// What was read stays on the graph; of what was being saved nothing is left.
+void FileCommands::StopWork() {
+    DataWindow& window = Window();
+    if (window.SaveProgress)
+        window.StopSaving = true;
+    else if (window.Stored.IsShown())
+        operations_.Cancel(kLoadOperation);
 }
 
 void FileCommands::Update() {
@@ -233,20 +244,33 @@ void FileCommands::Update() {
 
 void FileCommands::UpdateProgress() {
     const DataWindow& window = Window();
-    const bool reading = window.LoadProgress.has_value();
-    if (reading) {
-        const std::string_view title = window.ProgressTitle;
+    const bool saving = window.SaveProgress.has_value();
+    const std::optional<ReadProgress>& progress = saving ? window.SaveProgress : window.LoadProgress;
+    const bool working = progress.has_value();
+    if (working) {
+        const std::string_view title = saving ? window.SaveTitle : kLoadingTitle;
         text_->setText(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())));
-        const auto size = static_cast<double>(window.LoadProgress->size);
-        const double share = size > 0 ? static_cast<double>(window.LoadProgress->done) / size : 0;
+        const auto size = static_cast<double>(progress->size);
+        const double share = size > 0 ? static_cast<double>(progress->done) / size : 0;
         progress_->setValue(static_cast<int>(kProgressSteps * share));
     } else if (text_->text() != FromText(window.StatusLine)) {
         text_->setText(FromText(window.StatusLine));
     }
-    progress_->setVisible(reading);
-    stop_->setVisible(reading && window.Stored.IsShown());
-    dismiss_->setVisible(!reading);
-    line_->setVisible(reading || !window.StatusLine.empty());
+    progress_->setVisible(working);
+    stop_->setVisible(saving || (working && window.Stored.IsShown()));
+    stop_->setToolTip(saving ? "Save nothing more" : "Show what has been read so far");
+    dismiss_->setVisible(!working);
+    line_->setVisible(working || !window.StatusLine.empty());
+    ShowHourglass(saving);
+}
+
+/// The hourglass of a window that can still be used.
+void FileCommands::ShowHourglass(bool on) {
+    if (on == form_.testAttribute(Qt::WA_SetCursor)) return;
+    if (on)
+        form_.setCursor(Qt::BusyCursor);
+    else
+        form_.unsetCursor();
 }
 
 bool FileCommands::eventFilter(QObject* watched, QEvent* event) {

@@ -58,7 +58,8 @@ class FileCommands final : public QObject {
     void MakeRecentMenu(QMenu* file);
     void FillRecentMenu();
     void ShowProcessFiles();
-    void StopLoading();
+    void StopWork();
+    void ShowHourglass(bool on);
     void UpdateProgress();
     [[nodiscard]] ShowNewWindow NewWindow();
     [[nodiscard]] DataWindow& Window();
