@@ -135,18 +135,6 @@ bool ErrorsGoToATerminal() {
 #endif
 }
 
-Console TerminalAtHand() {
-    // A conversion that is interrupted takes away the half of a file that it has written.
-    std::signal(SIGINT, TakeSignal);
-    std::signal(SIGTERM, TakeSignal);
-    Console console;
-    console.out = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); };
-    console.error = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); };
-    console.showProgress = ErrorsGoToATerminal();
-    console.interrupted = [] { return stopSignal != 0; };
-    return console;
-}
-
 }  // namespace
 
 ConvertSettings LoadConvertSettings(const Settings& settings, const fs::path& programFolder,
@@ -163,26 +151,41 @@ ConvertSettings LoadConvertSettings(const Settings& settings, const fs::path& pr
     return loaded;
 }
 
-int ConvertPair(const std::string& files, const ConvertSettings& settings, const Console& console) {
-    const FilePair pair = SplitFilePair(files);
+std::optional<PairToConvert> PairFrom(const std::string& files, const ConvertSettings& settings) {
+    const FilePair names = SplitFilePair(files);
     const bool alone = files.find(';') == std::string::npos;
-    const fs::path source = pair.data;
-    const fs::path calFile = alone ? settings.calFile : pair.calibration;
-    if (!Exists(source) || !Exists(calFile)) return kFailed;
+    PairToConvert pair{names.data, alone ? settings.calFile : names.calibration};
+    if (!Exists(pair.data) || !Exists(pair.calibration)) return std::nullopt;
+    return pair;
+}
+
+std::optional<FileConversion> BeginPair(const PairToConvert& pair, const ConvertSettings& settings,
+                                        const Console& console) {
     if (!settings.missingFiles.empty()) Complain(console, settings.missingFiles);
     CalibrationDataClass calibration;
-    const CalFileResult loaded = calibration.LoadSourceFile(calFile, settings.sigma, settings.water);
+    const CalFileResult loaded = calibration.LoadSourceFile(pair.calibration, settings.sigma, settings.water);
     for (const std::string& message : loaded.messages) Complain(console, message);
     if (!loaded.ok) {
         Complain(console, loaded.error);
-        return kFailed;
+        return std::nullopt;
     }
-    ConversionHost host;
-    host.progress = [&console](const ReadProgress&) { return !console.interrupted(); };
-    const ConversionResult result = ConvertRawToDat(source, ConvertedPath(source, ".dat"), settings.stamp,
-                                                    calibration, settings.sigma, settings.water, host);
+    return FileConversion::ToDat(pair.data, ConvertedPath(pair.data, ".dat"), settings.stamp, calibration,
+                                 settings.sigma, settings.water);
+}
+
+int EndPair(const ConversionResult& result, const Console& console) {
     if (result.outcome == Outcome::Failed) Complain(console, result.message);
     return result.outcome == Outcome::Written ? 0 : kFailed;
+}
+
+int ConvertPair(const std::string& files, const ConvertSettings& settings, const Console& console) {
+    const std::optional<PairToConvert> pair = PairFrom(files, settings);
+    if (!pair) return kFailed;
+    std::optional<FileConversion> conversion = BeginPair(*pair, settings, console);
+    if (!conversion) return kFailed;
+    ConversionHost host;
+    host.progress = [&console](const ReadProgress&) { return !console.interrupted(); };
+    return EndPair(RunToEnd(*std::move(conversion), host), console);
 }
 
 int ConvertFiles(const CommandLine& line, const ConvertSettings& settings, const Console& console) {
@@ -209,10 +212,26 @@ int ConvertFiles(const CommandLine& line, const ConvertSettings& settings, const
     return allWritten ? 0 : kFailed;
 }
 
-int RunConversion(const CommandLine& line) {
+ConvertSettings UsersConvertSettings() {
     const IniSettings stored(SettingsFile());
     const SystemClock clock;
-    const ConvertSettings settings = LoadConvertSettings(stored, ProgramFolder(), DataFolder(), clock.Now());
+    return LoadConvertSettings(stored, ProgramFolder(), DataFolder(), clock.Now());
+}
+
+Console TerminalAtHand() {
+    // A conversion that is interrupted takes away the half of a file that it has written.
+    std::signal(SIGINT, TakeSignal);
+    std::signal(SIGTERM, TakeSignal);
+    Console console;
+    console.out = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); };
+    console.error = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); };
+    console.showProgress = ErrorsGoToATerminal();
+    console.interrupted = [] { return stopSignal != 0; };
+    return console;
+}
+
+int RunConversion(const CommandLine& line) {
+    const ConvertSettings settings = UsersConvertSettings();
     const Console console = TerminalAtHand();
     return line.mode == CommandLine::Mode::Convert ? ConvertPair(line.files, settings, console)
                                                    : ConvertFiles(line, settings, console);

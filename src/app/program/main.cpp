@@ -6,6 +6,7 @@
 
 #include "app/CommandLine.h"
 #include "app/ConvertCommand.h"
+#include "app/forms/ConvertOnScreen.h"
 #include "app/forms/SubMain.h"
 #include "common/Version.h"
 
@@ -30,6 +31,32 @@ int ConvertWithoutDisplay(int argc, char** argv, const marisonde::CommandLine& l
 
 QtMessageHandler usualMessages = nullptr;
 
+bool HasScreen() {
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+#else
+    return true;
+#endif
+}
+
+void PassOverPlatformMessages(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (!QByteArray(context.category).startsWith("qt.qpa")) usualMessages(type, context, text);
+}
+
+/// A screen that is named may be gone, as after a remote login: the file is converted all the same.
+int ConvertOnScreen(int argc, char** argv, const marisonde::CommandLine& line) {
+    usualMessages = qInstallMessageHandler(PassOverPlatformMessages);
+    QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
+    if (platform.isEmpty()) platform = qEnvironmentVariableIsEmpty("DISPLAY") ? "wayland" : "xcb";
+#endif
+    if (!platform.isEmpty()) qputenv("QT_QPA_PLATFORM", platform + ";offscreen");
+    const QApplication application(argc, argv);
+    NameProgram();
+    QApplication::setQuitOnLastWindowClosed(false);
+    return marisonde::RunConvertOnScreen(line.files);
+}
+
 /// Off screen the toolkit says of every dialog that there is no window manager to tell its size to.
 void PassOverSizeHints(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     if (!text.contains(QLatin1String("propagateSizeHints"))) usualMessages(type, context, text);
@@ -52,6 +79,8 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "marisonde: %s\nTry 'marisonde --help'.\n", line.message.c_str());
             return 2;
         case CommandLine::Mode::Convert:
+            if (HasScreen()) return ConvertOnScreen(argc, argv, line);
+            return ConvertWithoutDisplay(argc, argv, line);
         case CommandLine::Mode::ConvertFiles:
             return ConvertWithoutDisplay(argc, argv, line);
         default:
@@ -60,6 +89,7 @@ int main(int argc, char** argv) {
     usualMessages = qInstallMessageHandler(PassOverSizeHints);
     QApplication application(argc, argv);
     NameProgram();
+    QGuiApplication::setDesktopFileName("marisonde");
     QApplication::setQuitOnLastWindowClosed(false);
     return marisonde::SubMain(line);
 }
