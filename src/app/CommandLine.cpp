@@ -14,6 +14,8 @@ namespace marisonde {
 
 namespace {
 
+constexpr std::string_view kOpen = "--open";
+
 std::string Quoted(std::string_view text) {
     return "'" + std::string(text) + "'";
 }
@@ -98,7 +100,7 @@ constexpr std::array kOptions{
     OptionRow{"--baud", SetBaud, "RATE", "its rate, 4800 to 115200; 19200 if not given"},
     OptionRow{"--model", SetModel, "MODEL", "the model that is connected there"},
     OptionRow{"--cal", SetCal, "FILE", "the calibration file to use"},
-    OptionRow{"--open", SetOpen, "FILE", "open a data file, or a calibration, in a window; may be repeated"},
+    OptionRow{kOpen, SetOpen, "[FILE...]", "open data files and calibrations in windows"},
     OptionRow{"--demo", SetDemo, "MODEL[,MODEL...]",
               "show simulated instruments, one window each, up to six"},
     OptionRow{"--seconds", SetSeconds, "N", "end the demonstration after N seconds"},
@@ -126,9 +128,14 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
     if (!arguments.empty() && arguments.front() == "convert")
         return ParseConvertCommand({arguments.begin() + 1, arguments.end()});
     CommandLine line;
+    bool opens = false;  // names are those of files to open
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
         if (argument.empty()) continue;
+        if (argument[0] != '-' && opens) {
+            line.openFiles.push_back(argument);
+            continue;
+        }
         if (argument[0] != '-') {
             line.mode = CommandLine::Mode::Convert;
             if (!line.files.empty()) line.files += ' ';
@@ -145,6 +152,9 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
         }
         const std::size_t equals = argument.find('=');
         const std::string name = argument.substr(0, equals);
+        // A desktop names as many files as its user has chosen, and none when the program is just started.
+        opens = name == kOpen && equals == std::string::npos;
+        if (opens) continue;
         const auto* const row = std::find_if(kOptions.begin(), kOptions.end(),
                                              [&](const OptionRow& option) { return option.name == name; });
         if (row == kOptions.end()) return Refused("Unknown option " + Quoted(name) + ".");

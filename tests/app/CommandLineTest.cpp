@@ -27,11 +27,20 @@ TEST(CommandLineTest, APortNeedsItsModel) {
     EXPECT_EQ(ParseCommandLine({"--nothing"}).message, "Unknown option '--nothing'.");
 }
 
-TEST(CommandLineTest, FilesToOpenAreNamedOneByOne) {
-    const CommandLine line = ParseCommandLine({"--open", "a b.raw", "--open=two.dat"});
+TEST(CommandLineTest, FilesToOpenAreNamedOneByOneOrTogether) {
+    const CommandLine line =
+        ParseCommandLine({"--open", "a b.raw", "c.cal", "--open=two.dat", "--open", "three.dat"});
     EXPECT_EQ(line.mode, Mode::Window);
-    EXPECT_EQ(line.openFiles, (std::vector<std::string>{"a b.raw", "two.dat"}));
-    EXPECT_EQ(ParseCommandLine({"--open"}).message, "--open needs a value: FILE.");
+    EXPECT_EQ(line.openFiles, (std::vector<std::string>{"a b.raw", "c.cal", "two.dat", "three.dat"}));
+    EXPECT_TRUE(line.files.empty());
+    // Another option ends the names.
+    EXPECT_EQ(ParseCommandLine({"--open", "a.raw", "--cal=b.cal", "c.raw"}).mode, Mode::Convert);
+}
+
+TEST(CommandLineTest, ADesktopThatNamesNoFileStartsTheProgram) {
+    const CommandLine line = ParseCommandLine({"--open"});
+    EXPECT_EQ(line.mode, Mode::Window);
+    EXPECT_TRUE(line.openFiles.empty());
 }
 
 TEST(CommandLineTest, DemonstrationsOfUpToSixModels) {
