@@ -5,6 +5,8 @@
 #include <system_error>
 #include <utility>
 
+#include "common/ConversionUtils.h"
+
 namespace marisonde {
 
 namespace fs = std::filesystem;
@@ -44,6 +46,22 @@ Question OverwriteQuestion(int existing, int selected) {
     return {std::to_string(existing) + " of the " + std::to_string(selected) +
                 " files you selected will overwrite existing data files. " + "Do you wish to overwrite them?",
             "Overwrite", "Cancel", ""};
+}
+
+std::vector<std::string> RawFilesIn(const fs::path& folder) {
+    std::vector<std::string> names;
+    std::error_code passedOver;
+    for (fs::directory_iterator entry(folder, passedOver), end; !passedOver && entry != end;
+         entry.increment(passedOver)) {
+        const std::string name = entry->path().filename().string();
+        std::error_code unknown;
+        if (name.starts_with('.') || !EqualIgnoringCase(entry->path().extension().string(), ".raw")) continue;
+        if (entry->is_regular_file(unknown)) names.push_back(name);
+    }
+    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
+        return std::pair(LowerCase(a), a) < std::pair(LowerCase(b), b);
+    });
+    return names;
 }
 
 std::string WhyNotProcess(const ProcessFilesChoice& choice) {

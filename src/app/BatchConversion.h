@@ -40,6 +40,9 @@ struct ProcessFilesChoice {
     bool houseCheck = false;
     std::vector<std::string> selected;  ///< file names in the source folder
 };
+/// Names of the raw files in a folder, in alphabetical order whatever the case of their letters; none when it
+/// cannot be read. Hidden files are not among them.
+std::vector<std::string> RawFilesIn(const std::filesystem::path& folder);
 /// Why that cannot be done, for the user; empty when it can.
 std::string WhyNotProcess(const ProcessFilesChoice& choice);
 BatchRequest RequestOf(const ProcessFilesChoice& choice);

@@ -28,6 +28,13 @@ bool IsCalFile(const std::string& path) {
     return LowerCase(std::filesystem::path(path).extension().string()) == ".cal";
 }
 
+/// A name that still holds when the program is started elsewhere the next time.
+std::string Absolute(const std::string& path) {
+    std::error_code reason;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, reason);
+    return reason ? path : absolute.string();
+}
+
 bool HasDataFile(const DataWindow& window) {
     return window.Stored.IsShown() || window.Files.AnyOpen() || window.Files.HasUnsavedData();
 }
@@ -121,6 +128,7 @@ QCoro::Task<> OpenFileCommand(Operation& operation, DataWindow& window, ShowNewW
 
 QCoro::Task<> OpenGivenFiles(Operation& operation, DataWindow& window, std::vector<std::string> paths,
                              ShowNewWindow newWindow) {
+    for (std::string& path : paths) path = Absolute(path);
     std::stable_partition(paths.begin(), paths.end(), IsCalFile);
     for (const std::string& path : paths) {
         if (operation.Cancelled()) co_return;

@@ -1,6 +1,7 @@
 #include "app/CheckDataFile.h"
 #include "app/LoadStored.h"
 #include "app/OpenFileFixture.h"
+#include "app/RecentFiles.h"
 
 namespace marisonde {
 namespace {
@@ -62,6 +63,17 @@ TEST_F(OpenFileTest, RawFileOfAnotherModelAsksForItsCalibration) {
     EXPECT_EQ(other.Stored.path, cast.raw);
     EXPECT_EQ(other.Link.CalData.InstType, InstTypeCode::Corvane6);
     EXPECT_EQ(PointsOf(other), PointsOf(*cast.live));
+}
+
+TEST_F(OpenFileTest, NameGivenFromAnotherFolderIsKeptWhole) {
+    const fs::path dat = DatOf(3);
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.Path());
+    DataWindow& window = Empty();
+    Give(window, {"many.dat"});
+    fs::current_path(before);
+    EXPECT_EQ(window.Stored.path, dat);
+    EXPECT_EQ(RecentFiles(settings), std::vector<std::string>{dat.string()});
 }
 
 TEST_F(OpenFileTest, NotSelectingACalibrationOpensNothing) {

@@ -149,6 +149,52 @@ TEST_F(FileCommandsTest, TheEscapeKeyStopsLoading) {
     EXPECT_FALSE(stop->isVisible());
 }
 
+#ifdef __linux__
+TEST_F(FileCommandsTest, ADroppedFileMayHaveAnyName) {
+    const std::string names[] = {"caf\xE9 au lait.dat", "caf\xC3\xA9 au lait.dat", "100 %F6.dat"};
+    const QByteArray encoded[] = {"caf%E9%20au%20lait.dat", "caf%C3%A9%20au%20lait.dat", "100%20%25F6.dat"};
+    for (std::size_t i = 0; i < 3; ++i) {
+        Dat(names[i], 3);
+        QMimeData data;
+        data.setData("text/uri-list", "file://" + QByteArray::fromStdString(folder.Path().string()) + "/" +
+                                          encoded[i] + "\r\n");
+        MainForm* const form = Empty();
+        QDropEvent drop(QPointF(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(form, &drop);
+        Run(6 * kTick);
+        EXPECT_EQ(form->Window().Stored.path, folder / names[i]);
+    }
+}
+#endif
+
+TEST_F(FileCommandsTest, ALongSaveShowsHowFarItIsAndCanBeStopped) {
+    MainForm* const form = Sampling();
+    DataWindow& window = form->Window();
+    for (int i = 0; i < 60; ++i) window.Files.WriteRaw(std::string(1 << 20, 'x'), clock.Steady());
+    Trigger(form, "SaveAsItem");
+    auto* const dialog = form->findChild<QFileDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    dialog->findChild<QLineEdit*>("fileNameEdit")
+        ->setText(QString::fromStdString((folder / "long").string()));
+    QMetaObject::invokeMethod(dialog, "accept");
+    for (int i = 0; i < 6 && !window.SaveProgress; ++i) Run(kTick);
+    ASSERT_TRUE(window.SaveProgress);
+    form->Files().Update();
+    auto* const stop = form->findChild<QPushButton*>("StopLoading");
+    EXPECT_EQ(Text(form, "StatusLine"), "Saving Raw Data");
+    EXPECT_TRUE(form->findChild<QProgressBar*>("LoadProgress")->isVisible());
+    EXPECT_TRUE(stop->isVisible());
+    EXPECT_EQ(form->cursor().shape(), Qt::BusyCursor);
+    const auto samples = window.Link.State.Counted.samples;
+    QTest::mouseClick(stop, Qt::LeftButton);
+    Run(std::chrono::seconds(3));
+    EXPECT_EQ(Text(form, "StatusLine"), "Saving was stopped.");
+    EXPECT_FALSE(std::filesystem::exists(folder / "long.raw"));
+    EXPECT_FALSE(stop->isVisible());
+    EXPECT_EQ(form->cursor().shape(), Qt::ArrowCursor);
+    EXPECT_GT(window.Link.State.Counted.samples, samples);
+}
+
 TEST_F(FileCommandsTest, RecentFilesOpenAgain) {
     const std::string path = Dat("a & b.dat", 3);
     MainForm* const form = Empty();

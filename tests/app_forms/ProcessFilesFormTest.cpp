@@ -68,6 +68,23 @@ TEST_F(ProcessFilesFormTest, ListsRawFilesOnlyAndConvertsTheSelectedOnes) {
     EXPECT_TRUE(Get<QPushButton>("ProcessButton")->isEnabled());
 }
 
+#ifdef __linux__
+TEST_F(ProcessFilesFormTest, FilesMayHaveAnyName) {
+    const std::string names[] = {"caf\xE9 au lait", "caf\xC3\xA9 au lait"};
+    for (const std::string& name : names) TestFolder::Write(folder / ("in/" + name + ".RAW"), kLine);
+    TestFolder::Write(folder / "in/.hidden.raw", kLine);
+    std::filesystem::create_directory(folder / "in/folder.raw");
+    Show();
+    FillIn();
+    auto* const list = Get<QListWidget>("List1");
+    ASSERT_EQ(list->count(), 4);
+    EXPECT_EQ(list->item(2)->text(), list->item(3)->text());
+    Process();
+    EXPECT_EQ(Out(), (std::set<std::string>{"a.dat", "B.dat", names[0] + ".dat", names[1] + ".dat"}));
+    EXPECT_TRUE(list->selectedItems().isEmpty());
+}
+#endif
+
 TEST_F(ProcessFilesFormTest, WorksOnBetweenTheTicks) {
     std::string cast;
     for (int i = 0; i < 200000; ++i) cast += kLine;  // several slices even of a clock that stands still

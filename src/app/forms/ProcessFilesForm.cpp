@@ -1,7 +1,6 @@
 #include "app/forms/ProcessFilesForm.h"
 
 #include <QCheckBox>
-#include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -25,6 +24,13 @@ namespace {
 constexpr int kBarSteps = 1000;
 /// Ten times a second is all that an eye follows; painting takes time from the files.
 constexpr Millis kBetweenPaintings{100};
+
+/// The name of a file in bytes: what is shown of it may not lead back to it.
+constexpr int kNameRole = Qt::UserRole;
+
+std::string NameOf(const QListWidgetItem& item) {
+    return item.data(kNameRole).toByteArray().toStdString();
+}
 
 }  // namespace
 
@@ -152,9 +158,8 @@ void ProcessFilesForm::Show() {
 
 void ProcessFilesForm::FillList() {
     list_->clear();
-    const QDir folder(source_->text());
-    if (!source_->text().isEmpty() && folder.exists())
-        list_->addItems(folder.entryList({"*.raw"}, QDir::Files, QDir::Name | QDir::IgnoreCase));
+    for (const std::string& name : RawFilesIn(PathFromText(source_->text())))
+        (new QListWidgetItem(FromText(name), list_))->setData(kNameRole, QByteArray::fromStdString(name));
     Refresh();
 }
 
@@ -183,7 +188,7 @@ ProcessFilesChoice ProcessFilesForm::Chosen() const {
     choice.saveToSource = saveToSource_->isChecked();
     choice.decimal = decimal_->isChecked();
     choice.houseCheck = house_->isChecked();
-    for (const QString& name : atWork_) choice.selected.push_back(PathFromText(name).string());
+    choice.selected = atWork_;
     return choice;
 }
 
@@ -192,7 +197,7 @@ void ProcessFilesForm::Process() {
     working_ = true;
     atWork_.clear();
     for (int row = 0; row < list_->count(); ++row)
-        if (list_->item(row)->isSelected()) atWork_.push_back(list_->item(row)->text());
+        if (list_->item(row)->isSelected()) atWork_.push_back(NameOf(*list_->item(row)));
     Refresh();
     operations_.Start("Process files", [this](Operation& operation) -> QCoro::Task<> {
         const ProcessFilesChoice choice = Chosen();
@@ -212,13 +217,12 @@ void ProcessFilesForm::ShowProgress(const BatchProgress& at) {
     bar_->setValue(static_cast<int>(done * kBarSteps));
     const std::string_view title = BatchTitle(decimal_->isChecked());
     status_->setText(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())) + ": " +
-                     atWork_.value(static_cast<qsizetype>(at.file)));
+                     FromText(atWork_.at(at.file)));
 }
 
 void ProcessFilesForm::FileDone(std::size_t file) {
-    const auto items = list_->findItems(atWork_.value(static_cast<qsizetype>(file)),
-                                        Qt::MatchExactly | Qt::MatchCaseSensitive);
-    for (QListWidgetItem* item : items) item->setSelected(false);
+    for (int row = 0; row < list_->count(); ++row)
+        if (NameOf(*list_->item(row)) == atWork_.at(file)) list_->item(row)->setSelected(false);
 }
 
 void ProcessFilesForm::Ended() {

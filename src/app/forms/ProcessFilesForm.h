@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDialog>
+#include <string>
+#include <vector>
 
 #include "app/ProcessFiles.h"
 #include "app/forms/FormDialogs.h"
@@ -50,7 +52,7 @@ class ProcessFilesForm final : public QDialog {
     Operations& operations_;
     FormDialogs dialogs_;
     BatchHost host_;
-    QStringList atWork_;  ///< names of the files of the run
+    std::vector<std::string> atWork_;  ///< names of the files of the run
     bool working_ = false;
     bool stop_ = false;
     Millis nextShown_{0};  ///< when progress within a file is painted again
