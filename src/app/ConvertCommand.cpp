@@ -162,15 +162,15 @@ std::optional<PairToConvert> PairFrom(const std::string& files, const ConvertSet
 std::optional<FileConversion> BeginPair(const PairToConvert& pair, const ConvertSettings& settings,
                                         const Console& console) {
     if (!settings.missingFiles.empty()) Complain(console, settings.missingFiles);
-    CalibrationDataClass calibration;
-    const CalFileResult loaded = calibration.LoadSourceFile(pair.calibration, settings.sigma, settings.water);
-    for (const std::string& message : loaded.messages) Complain(console, message);
-    if (!loaded.ok) {
-        Complain(console, loaded.error);
-        return std::nullopt;
-    }
-    return FileConversion::ToDat(pair.data, ConvertedPath(pair.data, ".dat"), settings.stamp, calibration,
-                                 settings.sigma, settings.water);
+    BatchRequest request;
+    request.calFile = pair.calibration;
+    BatchConversion batch(request, settings.stamp, settings.sigma, settings.water);
+    std::string error = batch.Prepare();
+    for (const std::string& message : batch.Messages()) Complain(console, message);
+    std::optional<FileConversion> conversion;
+    if (error.empty()) conversion = batch.Begin(pair.data, error);
+    if (!conversion) Complain(console, error);
+    return conversion;
 }
 
 int EndPair(const ConversionResult& result, const Console& console) {

@@ -74,6 +74,15 @@ TEST_F(ConvertCommandTest, AMissingFileEndsItSilently) {
     EXPECT_EQ(FilesThere(), 2U);
 }
 
+TEST_F(ConvertCommandTest, ACalibrationThatIsNoneIsTold) {
+    TestFolder::Write(Cal(), "words\r\n");
+    EXPECT_NE(ConvertPair(Pair(), settings, console), 0);
+    EXPECT_EQ(error,
+              "marisonde: Cannot proceed, because the specified calibration file does not exist or is of an "
+              "unknown type.\n");
+    EXPECT_EQ(FilesThere(), 2U);
+}
+
 TEST_F(ConvertCommandTest, ADataFileAloneUsesTheCalibrationUsedLast) {
     EXPECT_NE(ConvertPair(Raw().string(), settings, console), 0);
     settings.calFile = (folder / "gone.cal").string();

@@ -82,7 +82,9 @@ TEST_F(ConvertOnScreenTest, WhatGoesWrongIsSaidOnTheTerminal) {
     TestFolder::Write(folder / "a.cal", "no calibration");
     Start(Pair(10));
     EXPECT_EQ(status, 1);
-    EXPECT_FALSE(said.empty());
+    EXPECT_EQ(said,
+              "marisonde: Cannot proceed, because the specified calibration file does not exist or is of an "
+              "unknown type.\n");
     EXPECT_FALSE(fs::exists(folder / "cast one.dat"));
 }
 

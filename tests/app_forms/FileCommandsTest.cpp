@@ -47,6 +47,9 @@ class FileCommandsTest : public FormsFixture {
         QList<QUrl> urls;
         for (const std::string& path : paths) urls << QUrl::fromLocalFile(QString::fromStdString(path));
         data.setUrls(urls);
+        Drop(form, data);
+    }
+    void Drop(QWidget* form, const QMimeData& data) {
         QDragEnterEvent enter(QPoint(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(form, &enter);
         EXPECT_TRUE(enter.isAccepted());
@@ -159,9 +162,7 @@ TEST_F(FileCommandsTest, ADroppedFileMayHaveAnyName) {
         data.setData("text/uri-list", "file://" + QByteArray::fromStdString(folder.Path().string()) + "/" +
                                           encoded[i] + "\r\n");
         MainForm* const form = Empty();
-        QDropEvent drop(QPointF(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(form, &drop);
-        Run(6 * kTick);
+        Drop(form, data);
         EXPECT_EQ(form->Window().Stored.path, folder / names[i]);
     }
 }
@@ -171,6 +172,7 @@ TEST_F(FileCommandsTest, ALongSaveShowsHowFarItIsAndCanBeStopped) {
     MainForm* const form = Sampling();
     DataWindow& window = form->Window();
     for (int i = 0; i < 60; ++i) window.Files.WriteRaw(std::string(1 << 20, 'x'), clock.Steady());
+    Run(2 * kTick);
     Trigger(form, "SaveAsItem");
     auto* const dialog = form->findChild<QFileDialog*>();
     ASSERT_NE(dialog, nullptr);
