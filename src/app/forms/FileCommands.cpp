@@ -261,16 +261,6 @@ void FileCommands::UpdateProgress() {
     stop_->setToolTip(saving ? "Save nothing more" : "Show what has been read so far");
     dismiss_->setVisible(!working);
     line_->setVisible(working || !window.StatusLine.empty());
-    ShowHourglass(saving);
-}
-
-/// The hourglass of a window that can still be used.
-void FileCommands::ShowHourglass(bool on) {
-    if (on == form_.testAttribute(Qt::WA_SetCursor)) return;
-    if (on)
-        form_.setCursor(Qt::BusyCursor);
-    else
-        form_.unsetCursor();
 }
 
 bool FileCommands::eventFilter(QObject* watched, QEvent* event) {

@@ -59,7 +59,6 @@ class FileCommands final : public QObject {
     void FillRecentMenu();
     void ShowProcessFiles();
     void StopWork();
-    void ShowHourglass(bool on);
     void UpdateProgress();
     [[nodiscard]] ShowNewWindow NewWindow();
     [[nodiscard]] DataWindow& Window();

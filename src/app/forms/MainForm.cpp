@@ -155,8 +155,9 @@ void MainForm::ShowTitle() {
 }
 
 void MainForm::ShowBusy() {
-    if (window_.Busy == testAttribute(Qt::WA_SetCursor)) return;
-    if (window_.Busy)
+    const bool busy = window_.Busy || window_.SaveProgress;
+    if (busy == testAttribute(Qt::WA_SetCursor)) return;
+    if (busy)
         setCursor(Qt::WaitCursor);
     else
         unsetCursor();
