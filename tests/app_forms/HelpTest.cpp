@@ -9,6 +9,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "app/forms/About.h"
 #include "app/forms/HelpPages.h"
 #include "app_forms/FormsFixture.h"
 #include "common/Version.h"
@@ -96,6 +97,17 @@ TEST_F(HelpTest, PagesNeedNothingFromElsewhere) {
             EXPECT_TRUE(std::filesystem::exists(path.parent_path() / target)) << page << " wants " << target;
         }
     }
+}
+
+TEST_F(HelpTest, TheSplashTellsTheSameAndAsksNothing) {
+    const auto splash = MakeSplash();
+    splash->show();
+    Settle();
+    EXPECT_EQ(splash->objectName(), "AboutForm");
+    EXPECT_EQ(qobject_cast<QLabel*>(splash.get())->text(), AboutText());
+    EXPECT_TRUE(splash->findChildren<QAbstractButton*>().isEmpty());
+    EXPECT_FALSE(splash->isModal());
+    EXPECT_TRUE(splash->testAttribute(Qt::WA_ShowWithoutActivating));
 }
 
 TEST_F(HelpTest, AboutTellsVersionLicenceAndLibraries) {

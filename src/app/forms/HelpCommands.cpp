@@ -6,9 +6,9 @@
 #include <array>
 #include <string>
 
+#include "app/forms/About.h"
 #include "app/forms/HelpPages.h"
 #include "app/forms/MainForm.h"
-#include "common/Version.h"
 
 namespace marisonde {
 
@@ -25,16 +25,6 @@ constexpr std::array kPages{
     Page{"AboutSigmaItem", "About &Sigma Correction", "aboutSigma.htm"},
     Page{"AboutbbItem", "About &Backscattering", "aboutbb.htm"},
 };
-
-QString AboutText() {
-    return QString(
-               "<h3>Marisonde %1</h3>"
-               "<p>Live calibrated graphs of optical instruments in the sea.</p>"
-               "<p>Free software under the GNU General Public License, version 3 or later. "
-               "It comes without any warranty.</p>"
-               "<p>Built with Qt %2, QCustomPlot, QCoro and {fmt}.</p>")
-        .arg(QString::fromUtf8(kVersion.data(), kVersion.size()), qVersion());
-}
 
 }  // namespace
 

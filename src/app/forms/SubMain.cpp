@@ -6,11 +6,14 @@
 #include <QTimer>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "app/Demonstration.h"
 #include "app/WindowStart.h"
+#include "app/forms/About.h"
 #include "app/forms/FileCommands.h"
 #include "app/forms/FormHelpers.h"
 #include "app/forms/InstrumentCommands.h"
@@ -113,9 +116,10 @@ void TellAboutStart(Program& program, MainForm& form, CommandLine::Mode mode) {
     ShowStartNotices(form, program.settings, StartNotices(facts, program.settings));
 }
 
-int OpenFirstWindow(Program& program, const CommandLine& line) {
+int OpenFirstWindow(Program& program, const CommandLine& line, std::unique_ptr<QWidget> splash) {
     MainForm* const form = program.shell.NewWindow();
     form->show();
+    splash.reset();
     TellAboutStart(program, *form, line.mode);
     if (!line.calFile.empty()) form->Window().LoadCalIntoWindow(line.calFile);
     if (line.mode == CommandLine::Mode::Direct) {
@@ -209,9 +213,15 @@ int ShowDemonstration(Program& program, const CommandLine& line) {
 }  // namespace
 
 int SubMain(const CommandLine& line) {
+    auto splash = MakeSplash();
+    splash->show();
+    splash->repaint();
     Program program(line.mode);
-    if (line.mode == CommandLine::Mode::Demo) return ShowDemonstration(program, line);
-    return OpenFirstWindow(program, line);
+    if (line.mode == CommandLine::Mode::Demo) {
+        splash.reset();
+        return ShowDemonstration(program, line);
+    }
+    return OpenFirstWindow(program, line, std::move(splash));
 }
 
 }  // namespace marisonde
