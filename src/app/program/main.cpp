@@ -31,6 +31,11 @@ int ConvertWithoutDisplay(int argc, char** argv, const marisonde::CommandLine& l
 
 QtMessageHandler usualMessages = nullptr;
 
+/// Off screen the toolkit says of every dialog that there is no window manager to tell its size to.
+void PassOverSizeHints(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (!text.contains(QLatin1String("propagateSizeHints"))) usualMessages(type, context, text);
+}
+
 bool HasScreen() {
 #if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
     return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -40,7 +45,7 @@ bool HasScreen() {
 }
 
 void PassOverPlatformMessages(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    if (!QByteArray(context.category).startsWith("qt.qpa")) usualMessages(type, context, text);
+    if (!QByteArray(context.category).startsWith("qt.qpa")) PassOverSizeHints(type, context, text);
 }
 
 /// A screen that is named may be gone, as after a remote login: the file is converted all the same.
@@ -55,11 +60,6 @@ int ConvertOnScreen(int argc, char** argv, const marisonde::CommandLine& line) {
     NameProgram();
     QApplication::setQuitOnLastWindowClosed(false);
     return marisonde::RunConvertOnScreen(line.files);
-}
-
-/// Off screen the toolkit says of every dialog that there is no window manager to tell its size to.
-void PassOverSizeHints(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    if (!text.contains(QLatin1String("propagateSizeHints"))) usualMessages(type, context, text);
 }
 
 }  // namespace
