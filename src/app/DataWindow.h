@@ -55,8 +55,8 @@ class DataWindow {
     bool StopSaving = false;                   ///< the user wants no more of it
     int LoadSerial = 0;                        ///< of the newest load; one that is not the newest has ended
     std::string StatusLine;                    ///< the last news about the window's data, for the user
-    bool Busy = false;                         ///< the user has to wait for a moment, and the pointer shows it
-    Operations* Running = nullptr;             ///< where the window's long operations run; may be null
+    bool Busy = false;              ///< the user has to wait for a moment, and the pointer shows it
+    Operations* Running = nullptr;  ///< where the window's long operations run; may be null
 
     std::function<void()> OnFilesToName;        ///< new files wait for the user's name, if there shall be one
     std::function<void()> OnInstrumentChanged;  ///< another model, calibration or connection
