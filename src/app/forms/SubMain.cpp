@@ -43,7 +43,7 @@ std::string RecoveryNotice(const RecoveryReport& report) {
     std::string text;
     if (!report.recovered.empty()) {
         text = "Marisonde did not end properly the last time.  The data it had recorded are safe in:";
-        for (const auto& path : report.recovered) text += "\n" + path.string();
+        for (const auto& path : report.recovered) text.append("\n").append(path.string());
     }
     for (const auto& left : report.leftBehind) {
         if (!text.empty()) text += "\n";
