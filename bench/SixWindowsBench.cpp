@@ -15,6 +15,7 @@
 
 #include "app/forms/MainForm.h"
 #include "app/forms/Shell.h"
+#include "graphs/LivePlot.h"
 #include "graphs/forms/ChartView.h"
 #include "link/SimulatedLine.h"
 #include "platform/Paths.h"
@@ -80,7 +81,7 @@ class SixSampling {
   public:
     explicit SixSampling(int points) : app_(settings_, clock_), pump_(clock_), shell_(app_, pump_) {
         LoadPreferences(settings_, folder_.path().toStdString(), app_.prefs);
-        app_.prefs.MaxGraphPoints = kMaxGraphPoints;
+        app_.prefs.MaxGraphPoints = kMostGraphPoints;
         app_.sigma = LoadSigmaParams(settings_, ProgramFolder(), DataFolder()).params;
         app_.pureWater = LoadPureWaterParams(settings_);
         app_.temporaryFolder = folder_.path().toStdString();

@@ -6,6 +6,7 @@
 
 #include "common/ConversionUtils.h"
 #include "common/Numbers.h"
+#include "graphs/LivePlot.h"
 
 namespace marisonde {
 
@@ -124,7 +125,7 @@ std::string NewUserNotice() {
 }
 
 std::int32_t ClampGraphPoints(double typed) {
-    return std::clamp(ToInt32(typed), kMinGraphPoints, kMaxGraphPoints);
+    return std::clamp(ToInt32(typed), kLeastGraphPoints, kMostGraphPoints);
 }
 
 }  // namespace marisonde

@@ -8,9 +8,6 @@
 
 namespace marisonde {
 
-inline constexpr int kMinGraphPoints = 1000;
-inline constexpr int kMaxGraphPoints = 100000;
-
 /// The per-user settings of the application; those of sigma, pure water and graph defaults live with their
 /// models.
 struct Preferences {
@@ -24,7 +21,7 @@ struct Preferences {
     std::string OpenCalPath;
     std::string CalFile;  ///< last calibration file
     bool ORCA = false;
-    std::int32_t MaxGraphPoints = 50000;  ///< points a graph holds, kMinGraphPoints to kMaxGraphPoints
+    std::int32_t MaxGraphPoints = 50000;  ///< points a graph holds, kLeastGraphPoints to kMostGraphPoints
     double OrcaX = 2.7;
     double OrcaCThreshold = 0.02;
     double OrcaInherentC = 0.2;
@@ -45,7 +42,7 @@ void SavePreferences(Settings& settings, const Preferences& prefs);
 void SavePreference(Settings& settings, const Preferences& prefs, std::string_view key);
 /// The notice for a new user.
 std::string NewUserNotice();
-/// Held to kMinGraphPoints..kMaxGraphPoints, as the preferences dialog does.
+/// Held to kLeastGraphPoints..kMostGraphPoints, as the preferences dialog does.
 std::int32_t ClampGraphPoints(double typed);
 
 /// Truth of a stored flag: "TRUE" in any case, or a number other than 0.

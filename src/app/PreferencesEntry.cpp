@@ -5,6 +5,7 @@
 
 #include "app/DataWindow.h"
 #include "common/Numbers.h"
+#include "graphs/LivePlot.h"
 
 namespace marisonde {
 
@@ -28,8 +29,8 @@ PreferencesEntry EntryOf(const Preferences& prefs) {
 
 std::string ValidatePreferences(const PreferencesEntry& entry) {
     if (StrictNumber(entry.MaxGraphPoints)) return "";
-    return "Please enter a numeric value between " + std::to_string(kMinGraphPoints) + " and " +
-           std::to_string(kMaxGraphPoints) + " for the points of a graph.";
+    return "Please enter a numeric value between " + std::to_string(kLeastGraphPoints) + " and " +
+           std::to_string(kMostGraphPoints) + " for the points of a graph.";
 }
 
 void TakePreferences(AppContext& app, const PreferencesEntry& entry) {

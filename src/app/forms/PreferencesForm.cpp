@@ -9,6 +9,7 @@
 
 #include "app/forms/FormHelpers.h"
 #include "app/forms/ParameterControls.h"
+#include "graphs/LivePlot.h"
 
 namespace marisonde {
 
@@ -59,7 +60,7 @@ QWidget* PreferencesForm::LayGraphs() {
     auto* group = new QGroupBox("Graphs", this);
     auto* grid = new QGridLayout(group);
     AddParameterRow(grid, "&Most points", maxGraphPoints_,
-                    QString("%1 to %2; the oldest make room").arg(kMinGraphPoints).arg(kMaxGraphPoints));
+                    QString("%1 to %2; the oldest make room").arg(kLeastGraphPoints).arg(kMostGraphPoints));
     grid->addWidget(orca_, grid->rowCount(), 0, 1, 3);
     grid->setColumnStretch(2, 1);
     return group;
