@@ -428,10 +428,11 @@ TEST_F(ConnectFixture, AMovingShutterIsWaitedFor) {
 TEST_F(ConnectFixture, AShutterHasASecondToSayThatItMoves) {
     // The first look ends at 1 s, the notice at 2 s; a word counts in the tick in which it arrives.
     for (const auto& [after, waits] : {std::pair{1950ms, true}, std::pair{2000ms, false}}) {
-        Talker& talker = Teach(Model::Corvane2);
-        talker.replies["ID"][3] = "Config: T1";
+        // What is connected ends before its instrument does.
         operations = MakeOperations();
         window.reset();
+        Talker& talker = Teach(Model::Corvane2);
+        talker.replies["ID"][3] = "Config: T1";
         Open();
         connector->SelectBaud(19200);
         PressOk();
