@@ -6,6 +6,7 @@
 
 #include "app/DataWindow.h"
 #include "app/PlottedChannels.h"
+#include "calibration/Sentinel.h"
 #include "graphs/PlotReadouts.h"
 
 namespace marisonde {
@@ -13,7 +14,6 @@ namespace marisonde {
 namespace {
 
 constexpr const char* kNoValue = "---";
-constexpr double kFailed = 1e300;  ///< values that arithmetic could not give lie beyond
 constexpr int kDecimals = 5;
 constexpr int kDelphDecimals = 4;
 
@@ -27,7 +27,7 @@ Limits LimitsOf(const ChartGroup& group, int series) {
     int left = group.LastPoint();
     for (const double value : group.YData(series)) {
         if (left-- <= 0) break;
-        if (!(std::abs(value) < kFailed)) continue;
+        if (!IsValue(value)) continue;
         limits.least = std::min(limits.least, value);
         limits.most = std::max(limits.most, value);
     }

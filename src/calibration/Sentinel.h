@@ -7,6 +7,13 @@
 
 namespace marisonde {
 
+/// Whether a value of a sample or a graph is one. From 1e300 on stand the sentinels of arithmetic that
+/// failed, of 64 and of 32 bits.
+inline bool IsValue(double value) {
+    constexpr double kFirstFailed = 1e300;
+    return value > -kFirstFailed && value < kFirstFailed;
+}
+
 /// Infinite or not a number.
 inline bool Failed(double value) {
     return !(std::abs(value) <= std::numeric_limits<double>::max());

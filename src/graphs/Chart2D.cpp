@@ -5,15 +5,16 @@
 #include <cmath>
 #include <limits>
 
+#include "calibration/Sentinel.h"
+
 namespace marisonde {
 
 namespace {
 
 constexpr int kFirstLength = 1000;
-constexpr double kFailed = 1e300;  ///< values from here on stand for arithmetic that failed
 
 void IncludeOne(AxisRange& range, double value) {
-    const bool counts = value > -kFailed && value < kFailed;
+    const bool counts = IsValue(value);
     range.min = counts && value < range.min ? value : range.min;
     range.max = counts && value > range.max ? value : range.max;
 }

@@ -104,7 +104,7 @@ void LivePlot::AddSample(const RawSample& raw, const CalibratedSample& sample) {
 
 void LivePlot::StoreCoordinates(const CalibratedSample& sample) {
     if (plotStartTime_ == 0) plotStartTime_ = sample.Time;
-    depth_ = depthInMeters_ ? sample.Depth : FeetFromMeters(sample.Depth);
+    depth_ = ShownDepth(sample.Depth, depthInMeters_);
     minutes_ = (sample.Time - plotStartTime_) / kDaysPerMinute;
     const bool paired = Secondary().NumSeries() != 0;
     if (PlotXType == PlotType::Distance) {

@@ -1,15 +1,9 @@
 // What the axes show, and the change between the views.
+#include "common/DepthUnits.h"
 #include "graphs/ChartBatch.h"
 #include "graphs/LivePlot.h"
 
 namespace marisonde {
-
-namespace {
-
-constexpr double kFeetPerMeter = 39.37 / 12;
-constexpr double kMetersPerFoot = 12 / 39.37;
-
-}  // namespace
 
 void LivePlot::SetPlotTypes(std::int32_t yType, std::int32_t y2Type, std::int32_t xType) {
     PlotYType = yType;
@@ -109,7 +103,7 @@ void LivePlot::SwapCarrier() {
 }
 
 double LivePlot::DepthFactor(bool toMeters) const {
-    return toMeters == depthInMeters_ ? 1 : toMeters ? kMetersPerFoot : kFeetPerMeter;
+    return toMeters == depthInMeters_ ? 1 : toMeters ? MetersFromFeet(1) : FeetFromMeters(1);
 }
 
 void LivePlot::ChangeDepthUnits(bool toMeters) {

@@ -1,8 +1,8 @@
 #include "operations/TerminalLines.h"
 
 #include <array>
-#include <cmath>
 
+#include "calibration/Sentinel.h"
 #include "common/DateText.h"
 #include "common/DepthUnits.h"
 #include "common/Numbers.h"
@@ -19,11 +19,11 @@ constexpr std::size_t kNamedWidth = 20;  ///< a value with its name
 constexpr int kGainBits = 7;
 
 std::string ValueText(double value, int decimals) {
-    return std::isfinite(value) && std::fabs(value) < kSentinel ? FixedText(value, decimals) : "---";
+    return IsValue(value) ? FixedText(value, decimals) : "---";
 }
 
 double DepthShown(const CalibratedSample& sample, const TerminalView& view) {
-    return view.metres ? sample.Depth : FeetFromMeters(sample.Depth);
+    return ShownDepth(sample.Depth, view.metres);
 }
 
 /// Lines of normalised signals hold one count for each channel, verbose lines signal and reference.

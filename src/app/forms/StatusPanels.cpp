@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QStatusBar>
 #include <QUrl>
+#include <algorithm>
 #include <cmath>
 
 #include "app/DataWindow.h"
@@ -17,8 +18,9 @@ namespace marisonde {
 
 namespace {
 
-constexpr int kPadding = 12;      ///< pixels beside the text of a panel
-constexpr double kFailed = 1e30;  ///< a value that arithmetic could not give lies beyond
+constexpr int kPadding = 12;  ///< pixels beside the text of a panel
+/// No panel has room for the digits of more; what arithmetic could not give lies beyond, too.
+constexpr double kMostShown = 1e30;
 
 int RoomFor(const QLabel* label, const QString& text) {
     return label->fontMetrics().horizontalAdvance(text) + kPadding;
@@ -44,7 +46,7 @@ void SetText(QLabel* label, const QString& text) {
 }
 
 QString WithUnit(double value, int decimals, const char* unit) {
-    if (!(std::abs(value) < kFailed)) return "---";
+    if (!(std::abs(value) < kMostShown)) return "---";
     return QString::fromStdString(FixedText(value, decimals)) + " " + unit;
 }
 
@@ -119,7 +121,7 @@ void StatusPanels::ShowReadouts(const DataWindow& window) {
     const DataWindowState& state = window.Link.State;
     const CalibratedSample& sample = state.CurrentSample;
     const bool metres = window.Plot.DepthInMeters();
-    const double depth = metres ? sample.Depth : FeetFromMeters(sample.Depth);
+    const double depth = ShownDepth(sample.Depth, metres);
     const QString none("---");
     SetText(depth_, state.HasSample ? WithUnit(depth, 2, metres ? "m" : "ft") : none);
     SetText(temperature_, state.HasSample ? WithUnit(sample.Temp, 2, "C") : none);
