@@ -14,8 +14,6 @@ namespace marisonde {
 
 namespace {
 
-constexpr Millis kNoLimit = Millis::max();
-
 bool ShutterMoves(InstStateCode state) {
     return state == InstStateCode::OpeningShutter || state == InstStateCode::ClosingShutter;
 }
@@ -57,10 +55,10 @@ QCoro::Task<bool> Connector::StopInstrument(Operation& operation) {
         co_await operation.Until(ended, kShutterNotice);
         if (!ended() && ShutterMoves(State().InstState)) Status("Waiting for shutter");
         const auto still = [&] { return ended() || !ShutterMoves(State().InstState); };
-        co_await operation.Until(still, kNoLimit);
+        co_await operation.Until(still);
     }
     const auto sent = [&] { return ended() || link.PendingOutput.empty(); };
-    co_await operation.Until(sent, kNoLimit);
+    co_await operation.Until(sent);
     if (link.LineBroken() && !Stopped(operation)) {
         window_.Ask().ShowError(window_.LineLostText());
         RefuseConnection();

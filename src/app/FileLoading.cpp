@@ -54,8 +54,6 @@ QCoro::Task<LoadResult> LoadFile(Operation& operation, SampleReader& reader, boo
     load.NextGroup();
     int group = 0;
     const int linesPerService = raw ? kRawLinesPerService : kDatLinesPerService;
-    const auto nextTurn = [] { return false; };
-    constexpr Millis kNoTime{0};
     while (true) {
         const Step step = LoadSlice(load, linesPerService, host.clock);
         if (host.progress) host.progress(reader.Progress());
@@ -72,7 +70,7 @@ QCoro::Task<LoadResult> LoadFile(Operation& operation, SampleReader& reader, boo
                 ++group;
             }
         } else {
-            co_await operation.Until(nextTurn, kNoTime);
+            co_await operation.NextTurn();
         }
         if (operation.Cancelled()) co_return Ended(End::Cancelled, load, reader, group);
     }

@@ -182,7 +182,7 @@ QCoro::Task<> RecordAnew(Operation& operation, DataWindow& window) {
 
 QCoro::Task<> SaveHasEnded(Operation& operation, DataWindow& window) {
     const auto ended = [&window] { return !window.SaveProgress; };
-    co_await operation.Until(ended, Millis::max());
+    co_await operation.Until(ended);
 }
 
 QCoro::Task<bool> SaveAsMenuCommand(Operation& operation, DataWindow& window) {

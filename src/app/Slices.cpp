@@ -14,11 +14,9 @@ bool RunSlice(const Clock& clock, const std::function<bool()>& step) {
 
 QCoro::Task<> RunInSlices(Operation& operation, const Clock& clock, const std::function<bool()>& step,
                           const std::function<void()>& shown) {
-    const auto nextTurn = [] { return false; };
-    constexpr Millis kNoTime{0};
     while (RunSlice(clock, step)) {
         shown();
-        co_await operation.Until(nextTurn, kNoTime);
+        co_await operation.NextTurn();
         if (operation.Cancelled()) co_return;
     }
 }

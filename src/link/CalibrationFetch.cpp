@@ -105,7 +105,7 @@ QCoro::Task<FetchOutcome> FetchChannel(Operation& operation, InstrumentLink& win
     DataWindowState& state = window.State;
     state.ReplyChannel = channel;
     SendCommandNow(command, window, std::to_string(channel + 1));
-    const FetchOutcome outcome = co_await AwaitReply(operation, window, flag, Millis::max());
+    const FetchOutcome outcome = co_await AwaitReply(operation, window, flag, kNoLimit);
     if (outcome == FetchOutcome::Arrived && !ChannelReplyIsGood(state, channel))
         co_return FetchOutcome::Damaged;
     co_return outcome;
@@ -159,7 +159,7 @@ QCoro::Task<FetchOutcome> LoadCalMultiC(Operation& operation, InstrumentLink& wi
     ShowProgress(request, " Loading Calibration", "Loading calibration");
     SendCommandNow("sendcal", window);
     state.CurrentCommand = "MULTICCAL";
-    FetchOutcome outcome = co_await AwaitReply(operation, window, state.CalReady, Millis::max());
+    FetchOutcome outcome = co_await AwaitReply(operation, window, state.CalReady, kNoLimit);
     if (outcome != FetchOutcome::Arrived) co_return outcome;
     if (CalTextLooksDamaged(state.CalLines) || !FitsInstrument(scope.Cal().InstType, state.InstType))
         co_return FetchOutcome::Damaged;
@@ -180,7 +180,7 @@ QCoro::Task<FetchOutcome> LoadCalDump(Operation& operation, InstrumentLink& wind
     DataWindowState& state = window.State;
     ShowProgress(request, " Loading Calibration", "");
     SendCommandNow("DUMPCFG", window);
-    FetchOutcome outcome = co_await AwaitReply(operation, window, state.GotIniReply, Millis::max());
+    FetchOutcome outcome = co_await AwaitReply(operation, window, state.GotIniReply, kNoLimit);
     if (outcome != FetchOutcome::Arrived) co_return outcome;
     if (CalTextLooksDamaged(state.CalLines) || !FitsInstrument(scope.Cal().InstType, state.InstType))
         co_return FetchOutcome::Damaged;

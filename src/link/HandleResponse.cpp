@@ -73,25 +73,25 @@ void HandleStored(InstrumentLink& window) {
     window.State.CurrentCommand.clear();
 }
 
-void HandleGcf(InstrumentLink& window) {
-    if (!AnyLineHolds(window.State, "Cal Time:")) return;
-    ParseGcfReply(window, window.ReplyCal());
-    window.State.GotGcfReply = true;
+/// A part of the calibration is complete with the line that holds `last`.
+template <auto Parse, bool DataWindowState::*Flag>
+void HandleCalPart(InstrumentLink& window, std::string_view last) {
+    if (!AnyLineHolds(window.State, last)) return;
+    Parse(window, window.ReplyCal());
+    window.State.*Flag = true;
     window.State.CurrentCommand.clear();
+}
+
+void HandleGcf(InstrumentLink& window) {
+    HandleCalPart<ParseGcfReply, &DataWindowState::GotGcfReply>(window, "Cal Time:");
 }
 
 void HandleCcl(InstrumentLink& window) {
-    if (!AnyLineHolds(window.State, "' G5")) return;
-    ParseCclReply(window, window.ReplyCal());
-    window.State.GotCclReply = true;
-    window.State.CurrentCommand.clear();
+    HandleCalPart<ParseCclReply, &DataWindowState::GotCclReply>(window, "' G5");
 }
 
 void HandleCcf(InstrumentLink& window) {
-    if (!AnyLineHolds(window.State, "' ChRep")) return;
-    ParseCcfReply(window, window.ReplyCal());
-    window.State.GotCcfReply = true;
-    window.State.CurrentCommand.clear();
+    HandleCalPart<ParseCcfReply, &DataWindowState::GotCcfReply>(window, "' ChRep");
 }
 
 void HandleVer(InstrumentLink& window) {

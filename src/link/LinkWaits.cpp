@@ -45,7 +45,7 @@ QCoro::Task<bool> RequestFlStatus(Operation& operation, InstrumentLink& window) 
 
 QCoro::Task<bool> WaitForOutput(Operation& operation, InstrumentLink& window) {
     const auto over = [&] { return OutputDone(window) || window.LineBroken(); };
-    co_await operation.Until(over, Millis::max());
+    co_await operation.Until(over);
     co_return OutputDone(window) && !window.LineBroken() && !operation.Cancelled();
 }
 
@@ -56,7 +56,7 @@ QCoro::Task<bool> ConnectInDialog(Operation& operation, InstrumentLink& window) 
     const auto closed = std::make_shared<bool>(false);
     window.ShowConnectForm([closed] { *closed = true; });
     const auto over = [&] { return *closed; };
-    co_await operation.Until(over, Millis::max());
+    co_await operation.Until(over);
     const bool stopped = operation.Cancelled() || window.State.CancelRequest == kCancelStop;
     co_return window.State.Connected && !stopped;
 }

@@ -10,6 +10,10 @@ Waiter Operation::Until(std::function<bool()> met, Millis limit) {
     return pump_.Until([this, met = std::move(met)] { return cancelled_ || met(); }, limit);
 }
 
+Waiter Operation::NextTurn() {
+    return Until([] { return false; }, Millis{0});
+}
+
 Operations::~Operations() {
     CancelAll();
     TurnUntilEnded();
@@ -25,6 +29,10 @@ void Operations::Start(std::string name, Procedure procedure) {
     running_.push_back(entry);
     // The frame of Run owns itself: it keeps the entry, lets no exception out, and is freed when it ends.
     Run(std::move(entry));
+}
+
+void Operations::StartUnlessRunning(std::string name, Procedure procedure) {
+    if (!Running(name)) Start(std::move(name), std::move(procedure));
 }
 
 QCoro::Task<> Operations::Run(std::shared_ptr<Entry> entry) {
@@ -59,10 +67,6 @@ void Operations::Cancel(std::string_view name) {
 bool Operations::TurnUntilEnded(int turns) {
     for (int turn = 0; turn < turns && !running_.empty() && !pump_.Turning(); ++turn) pump_.ResumeReady();
     return running_.empty();
-}
-
-Waiter Operations::Ended(Millis limit) {
-    return pump_.Until([this] { return running_.empty(); }, limit);
 }
 
 void Operations::Remove(const Entry& entry) {

@@ -24,7 +24,9 @@ class Operation {
     /// Asks the procedure to end: its waits end in the next turn, and waits begun later do not suspend.
     void Cancel() { cancelled_ = true; }
     /// As Pump::Until, and ended by Cancel. Ask Cancelled() afterwards: the result tells only about `met`.
-    [[nodiscard]] Waiter Until(std::function<bool()> met, Millis limit);
+    [[nodiscard]] Waiter Until(std::function<bool()> met, Millis limit = kNoLimit);
+    /// Waits for one turn of the pump: more work is at hand, and the rest of the program comes first.
+    [[nodiscard]] Waiter NextTurn();
 
   private:
     Pump& pump_;
@@ -46,11 +48,13 @@ class Operations {
     Operations& operator=(const Operations&) = delete;
     /// Cancels all and turns the pump until they have ended; one that does not end is reported. Within a turn
     /// of the pump (an operation that closes windows) nothing can be turned: there, first CancelAll and wait
-    /// for Ended.
+    /// for the NextTurn.
     ~Operations();
 
     /// Runs the procedure up to its first wait, and on from the pump.
     void Start(std::string name, Procedure procedure);
+    /// The same, unless one of this name is running: it is not asked for twice.
+    void StartUnlessRunning(std::string name, Procedure procedure);
     [[nodiscard]] bool Running(std::string_view name) const;
     [[nodiscard]] std::size_t Count() const { return running_.size(); }
     void CancelAll();
@@ -59,8 +63,6 @@ class Operations {
     /// Turns the pump until all operations of this owner have ended, at most `turns` times; false when some
     /// go on.
     bool TurnUntilEnded(int turns = 1000);
-    /// Waits until all operations of this owner have ended. Only for operations of another owner.
-    [[nodiscard]] Waiter Ended(Millis limit);
 
   private:
     struct Entry {

@@ -13,6 +13,9 @@ namespace marisonde {
 
 class Pump;
 
+/// The limit of a wait for what takes as long as it takes: an answer of the user, the end of another wait.
+inline constexpr Millis kNoLimit = Millis::max();
+
 /// What `co_await pump.Until(...)` waits on; gives true when the condition was met, false when the limit
 /// passed. An exception of the condition comes out of the co_await.
 class Waiter {

@@ -169,19 +169,75 @@ TEST_F(OperationsTest, OneThatWillNotEndIsReportedAndOutlivesItsOwnerSafely) {
     EXPECT_TRUE(pump.Idle());
 }
 
-TEST_F(OperationsTest, AnOperationOfAnotherOwnerCanWaitForTheEnd) {
+TEST_F(OperationsTest, AnOperationOfAnotherOwnerCanEndThemAll) {
     StartThreeSteps("a");
     Operations program(pump, nullptr);
-    program.Start("exit", [this](Operation&) -> QCoro::Task<> {
+    program.Start("exit", [this](Operation& operation) -> QCoro::Task<> {
         operations->CancelAll();
-        const bool ended = co_await operations->Ended(1s);
-        log.push_back(ended ? "window closed" : "window hangs");
+        co_await operation.NextTurn();
+        log.push_back("window closed");
         operations.reset();
     });
     pump.ResumeReady();
-    pump.ResumeReady();
     EXPECT_EQ(log, (Log{"cancelled at 1", "closed", "window closed"}));
+    EXPECT_EQ(failures, Log{});
     EXPECT_FALSE(operations.has_value());
+}
+
+TEST_F(OperationsTest, WorkAtHandGoesOnWithTheNextTurnUntilItIsCancelled) {
+    int asked = 0;
+    pump.OnWorkAtHand = [&asked] { ++asked; };
+    operations->Start("work", [this](Operation& operation) -> QCoro::Task<> {
+        for (int slice = 1; slice <= 4; ++slice) {
+            log.push_back("slice " + std::to_string(slice));
+            co_await operation.NextTurn();
+        }
+    });
+    EXPECT_EQ(log, Log{"slice 1"});
+    pump.ResumeReady();
+    EXPECT_EQ(log, (Log{"slice 1", "slice 2"}));
+    EXPECT_EQ(asked, 2);
+    operations->CancelAll();
+    pump.ResumeReady();
+    EXPECT_EQ(log, (Log{"slice 1", "slice 2", "slice 3", "slice 4"}));
+    EXPECT_EQ(operations->Count(), 0u);
+    EXPECT_EQ(asked, 2);
+}
+
+TEST_F(OperationsTest, AWaitWithoutALimitEndsOnlyByItsConditionOrCancel) {
+    bool answered = false;
+    for (const char* name : {"question", "other question"})
+        operations->Start(name, [this, name, &answered](Operation& operation) -> QCoro::Task<> {
+            const bool first = operation.Name() == "question";
+            const auto met = [&] { return first && answered; };
+            co_await operation.Until(met);
+            log.push_back(name + std::string(operation.Cancelled() ? " cancelled" : " answered"));
+        });
+    Turn(std::chrono::hours(24 * 3650));
+    EXPECT_EQ(log, Log{});
+    answered = true;
+    Turn(1s);
+    EXPECT_EQ(log, Log{"question answered"});
+    operations->CancelAll();
+    Turn(1s);
+    EXPECT_EQ(log, (Log{"question answered", "other question cancelled"}));
+}
+
+TEST_F(OperationsTest, WhatIsRunningIsNotStartedTwice) {
+    const auto start = [this](const char* name) {
+        operations->StartUnlessRunning(name,
+                                       [this](Operation& operation) { return ThreeSteps(operation, log); });
+    };
+    start("a");
+    start("a");
+    EXPECT_EQ(operations->Count(), 1u);
+    start("b");
+    EXPECT_EQ(operations->Count(), 2u);
+    operations->Cancel("a");
+    pump.ResumeReady();
+    EXPECT_EQ(log, (Log{"cancelled at 1", "closed"}));
+    start("a");
+    EXPECT_EQ(operations->Count(), 2u);
 }
 
 TEST_F(OperationsTest, SixOperationsEndInAnyOrder) {

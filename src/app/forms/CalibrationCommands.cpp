@@ -43,8 +43,7 @@ QAction* CalibrationCommands::MakeAction(const char* name, const QString& text, 
 
 /// One at a time, and none beside a command of the files: each may ask about what the other is changing.
 void CalibrationCommands::Run(Command command) {
-    if (operations_.Running(kFilesOperation)) return;
-    operations_.Start(kFilesOperation, [this, command](Operation& operation) -> QCoro::Task<> {
+    operations_.StartUnlessRunning(kFilesOperation, [this, command](Operation& operation) -> QCoro::Task<> {
         co_await command(operation, form_.Window());
     });
 }

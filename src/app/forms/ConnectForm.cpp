@@ -148,15 +148,13 @@ void ConnectForm::Show(std::function<void()> whenClosed) {
 }
 
 void ConnectForm::PressOk() {
-    if (operations_.Running("Connect")) return;
-    operations_.Start("Connect", [this](Operation& operation) -> QCoro::Task<> {
+    operations_.StartUnlessRunning("Connect", [this](Operation& operation) -> QCoro::Task<> {
         co_await connector_.OK_Click(operation);
     });
 }
 
 void ConnectForm::PressAutoDetect() {
-    if (operations_.Running("Connect")) return;
-    operations_.Start("Connect", [this](Operation& operation) -> QCoro::Task<> {
+    operations_.StartUnlessRunning("Connect", [this](Operation& operation) -> QCoro::Task<> {
         co_await connector_.AutoDetect_Click(operation);
     });
 }

@@ -14,10 +14,8 @@ namespace marisonde {
 
 namespace {
 
-/// A question has no time limit: people on ships have other things to do.
-constexpr Millis kNoLimit = std::chrono::hours(24 * 365);
-
-/// Shows a dialog without nesting an event loop and waits until it has closed or the operation is cancelled.
+/// Shows a dialog without nesting an event loop and waits until it has closed or the operation is cancelled;
+/// without a limit, for people on ships have other things to do.
 QCoro::Task<void> WaitFor(Operation& operation, QDialog* dialog) {
     auto closed = std::make_shared<bool>(false);
     QPointer<QDialog> shown = dialog;
@@ -26,7 +24,7 @@ QCoro::Task<void> WaitFor(Operation& operation, QDialog* dialog) {
     dialog->open();
     PlaceClearOfOthers(*dialog);
     const bool* done = closed.get();
-    co_await operation.Until([done] { return *done; }, kNoLimit);
+    co_await operation.Until([done] { return *done; });
     if (shown && shown->isVisible()) shown->reject();
 }
 

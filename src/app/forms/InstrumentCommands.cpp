@@ -195,8 +195,8 @@ void InstrumentCommands::ShowInstrumentMenu() {
 }
 
 void InstrumentCommands::ConnectCommand() {
-    if (operations_.Running("ConnectCommand") || Connecting()) return;
-    operations_.Start("ConnectCommand", [this](Operation& operation) -> QCoro::Task<> {
+    if (Connecting()) return;
+    operations_.StartUnlessRunning("ConnectCommand", [this](Operation& operation) -> QCoro::Task<> {
         const ConnectIn where = co_await AskWhereToConnect(operation, Window());
         if (where == ConnectIn::ThisWindow) ShowConnectForm({});
         if (where != ConnectIn::NewWindow) co_return;
@@ -212,9 +212,8 @@ void InstrumentCommands::ConnectCommand() {
 }
 
 void InstrumentCommands::DisconnectCommand() {
-    if (operations_.Running("Disconnect")) return;
     operations_.Cancel("ConnectAgain");
-    operations_.Start("Disconnect", [this](Operation& operation) -> QCoro::Task<> {
+    operations_.StartUnlessRunning("Disconnect", [this](Operation& operation) -> QCoro::Task<> {
         co_await marisonde::DisconnectCommand(operation, Window());
     });
 }
@@ -282,7 +281,7 @@ void InstrumentCommands::ConnectOnStartup(int choice) {
 void InstrumentCommands::UnloadWhenDone() {
     operations_.Start("ConnectOnStartup", [this](Operation& operation) -> QCoro::Task<> {
         const auto done = [this] { return !operations_.Running("Connect"); };
-        co_await operation.Until(done, Millis::max());
+        co_await operation.Until(done);
         if (!operation.Cancelled()) connector_.Form_Unload();
     });
 }
@@ -298,8 +297,8 @@ bool InstrumentCommands::Connecting() const {
 }
 
 void InstrumentCommands::LineLost() {
-    if (operations_.Running("ConnectAgain") || shell_.App().ports == nullptr) return;
-    operations_.Start("ConnectAgain", [this](Operation& operation) -> QCoro::Task<> {
+    if (shell_.App().ports == nullptr) return;
+    operations_.StartUnlessRunning("ConnectAgain", [this](Operation& operation) -> QCoro::Task<> {
         co_await ConnectAgain(operation, Window());
     });
 }

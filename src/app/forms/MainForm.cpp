@@ -223,7 +223,7 @@ void MainForm::AskToClose() {
 QCoro::Task<bool> MainForm::PrepToClose(Operation& operation) {
     commands_->EndConnecting();
     const auto ended = [this] { return !commands_->Connecting(); };
-    co_await operation.Until(ended, Millis::max());
+    co_await operation.Until(ended);
     const bool mayClose = co_await PrepToCloseForm(operation, window_);
     co_return mayClose;
 }

@@ -202,8 +202,7 @@ SigmaParamsEntry SigmaParamsForm::Entry() const {
 }
 
 void SigmaParamsForm::Browse(SigmaBox box, const char* title) {
-    if (operations_.Running("Choose table")) return;
-    operations_.Start("Choose table", [this, box, title](Operation& operation) -> QCoro::Task<> {
+    operations_.StartUnlessRunning("Choose table", [this, box, title](Operation& operation) -> QCoro::Task<> {
         const FileRequest request{FileRequest::Purpose::Open, title, Box(box)->text().toStdString(),
                                   TableFilters(), 0};
         const FileChoice choice = co_await Ask().ChooseFile(operation, request);

@@ -90,8 +90,7 @@ void TermulatorForm::MoveDivider(int pixels) {
 }
 
 void TermulatorForm::SaveText() {
-    if (operations_.Running("SaveTerminalText")) return;
-    operations_.Start("SaveTerminalText", [this](Operation& operation) -> QCoro::Task<> {
+    operations_.StartUnlessRunning("SaveTerminalText", [this](Operation& operation) -> QCoro::Task<> {
         const std::string text = window_.Terminal.TextToSave();
         const std::string proposed =
             window_.App().prefs.SavePath + window_.DefaultFileName() + " terminal.txt";
