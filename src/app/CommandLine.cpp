@@ -184,19 +184,22 @@ FilePair SplitFilePair(std::string_view files) {
     return {clean(files.substr(0, semicolon)), clean(files.substr(semicolon + 1))};
 }
 
+std::string OptionHelp(std::string_view name, std::string_view valueName, std::string_view help) {
+    constexpr std::size_t kHelpColumn = 30;
+    std::string line = "  " + std::string(name) + " " + std::string(valueName);
+    line.resize(std::max(line.size() + 2, kHelpColumn), ' ');
+    return line.append(help) + "\n";
+}
+
 std::string HelpText() {
     std::string text =
         "Usage: marisonde [options]\n"
         "       marisonde \"DATAFILE;CALFILE\"\n"
         "       marisonde convert [options] FILE...\n"
         "Shows, records and calibrates what optical instruments in the sea send over serial lines.\n\n";
-    for (const OptionRow& row : kOptions) {
-        std::string left = "  " + std::string(row.name) + " " + std::string(row.valueName);
-        left.resize(std::max<std::size_t>(left.size() + 2, 30), ' ');
-        text += left + std::string(row.help) + "\n";
-    }
-    text += "  --help                      this text\n";
-    text += "  --version                   the version of the program\n\n";
+    for (const OptionRow& row : kOptions) text += OptionHelp(row.name, row.valueName, row.help);
+    text += OptionHelp("--help", "", "this text");
+    text += OptionHelp("--version", "", "the version of the program") + "\n";
     text += ConvertHelpText() + "\n";
     text += "Models: " + ModelNames() + ".\n";
     text += "Without options a window opens. MARISONDE_PORTS=\"1=/dev/pts/4,7=/tmp/sim0\" names the ports,\n";

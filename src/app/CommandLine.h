@@ -49,6 +49,8 @@ inline constexpr int kMaxWindows = 6;
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments);
 /// Reads the arguments behind "convert".
 CommandLine ParseConvertCommand(const std::vector<std::string>& arguments);
+/// One line of --help, with a line end. `valueName` may be empty.
+std::string OptionHelp(std::string_view name, std::string_view valueName, std::string_view help);
 /// The part of --help that explains "convert".
 std::string ConvertHelpText();
 /// The two file names of a pair: up to the first ";" and after it, each trimmed and without quotes.

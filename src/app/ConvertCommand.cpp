@@ -27,7 +27,6 @@ namespace fs = std::filesystem;
 namespace {
 
 using Outcome = ConversionResult::Outcome;
-constexpr int kFailed = 1;
 constexpr int kInterrupted = 130;  ///< as a shell tells of programs that were interrupted
 
 bool Exists(const fs::path& path) {
@@ -175,14 +174,14 @@ std::optional<FileConversion> BeginPair(const PairToConvert& pair, const Convert
 
 int EndPair(const ConversionResult& result, const Console& console) {
     if (result.outcome == Outcome::Failed) Complain(console, result.message);
-    return result.outcome == Outcome::Written ? 0 : kFailed;
+    return result.outcome == Outcome::Written ? 0 : kConversionFailed;
 }
 
 int ConvertPair(const std::string& files, const ConvertSettings& settings, const Console& console) {
     const std::optional<PairToConvert> pair = PairFrom(files, settings);
-    if (!pair) return kFailed;
+    if (!pair) return kConversionFailed;
     std::optional<FileConversion> conversion = BeginPair(*pair, settings, console);
-    if (!conversion) return kFailed;
+    if (!conversion) return kConversionFailed;
     ConversionHost host;
     host.progress = [&console](const ReadProgress&) { return !console.interrupted(); };
     return EndPair(RunToEnd(*std::move(conversion), host), console);
@@ -201,7 +200,7 @@ int ConvertFiles(const CommandLine& line, const ConvertSettings& settings, const
     BatchConversion batch(request, settings.stamp, settings.sigma, settings.water);
     if (const std::string reason = batch.Prepare(); !reason.empty()) {
         Complain(console, reason);
-        return kFailed;
+        return kConversionFailed;
     }
     for (const std::string& message : batch.Messages()) Complain(console, message);
     bool allWritten = true;
@@ -209,7 +208,7 @@ int ConvertFiles(const CommandLine& line, const ConvertSettings& settings, const
         if (!ConvertOne(source, batch, request, arguments.overwrite, console)) allWritten = false;
         if (console.interrupted()) return kInterrupted;
     }
-    return allWritten ? 0 : kFailed;
+    return allWritten ? 0 : kConversionFailed;
 }
 
 ConvertSettings UsersConvertSettings() {

@@ -23,6 +23,9 @@ struct Console {
     std::function<bool()> interrupted = [] { return false; };
 };
 
+/// The exit status when not all was converted.
+inline constexpr int kConversionFailed = 1;
+
 /// What conversions take from the user's settings.
 struct ConvertSettings {
     SigmaParams sigma;

@@ -97,11 +97,7 @@ std::string ConvertHelpText() {
         "\"DATAFILE;CALFILE\" writes the calibrated file of a raw data file and ends; a data file alone uses "
         "the\n"
         "calibration used last. convert does so with many files, and says what became of each:\n";
-    for (const ConvertOption& row : kConvertOptions) {
-        std::string left = "  " + std::string(row.name) + " " + std::string(row.valueName);
-        left.resize(std::max<std::size_t>(left.size() + 2, 30), ' ');
-        text += left + std::string(row.help) + "\n";
-    }
+    for (const ConvertOption& row : kConvertOptions) text += OptionHelp(row.name, row.valueName, row.help);
     return text;
 }
 

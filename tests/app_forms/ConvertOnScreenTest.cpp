@@ -86,6 +86,7 @@ TEST_F(ConvertOnScreenTest, WhatGoesWrongIsSaidOnTheTerminal) {
               "marisonde: Cannot proceed, because the specified calibration file does not exist or is of an "
               "unknown type.\n");
     EXPECT_FALSE(fs::exists(folder / "cast one.dat"));
+    EXPECT_FALSE(conversion.Form().isVisible());
 }
 
 }  // namespace

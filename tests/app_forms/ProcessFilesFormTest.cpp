@@ -163,7 +163,10 @@ TEST_F(ProcessFilesFormTest, CancelFinishesTheFileAtWorkAndClosesOnlyAfterwards)
 TEST_F(ProcessFilesFormTest, RemembersWhatWasFilledIn) {
     Show();
     FillIn();
+    form->resize(form->size() + QSize(30, 20));
     form->reject();
+    EXPECT_EQ(settings.GetSetting("ProcessFilesForm", "Width", "none"), std::to_string(form->width()));
+    EXPECT_EQ(settings.GetSetting("ProcessFilesForm", "Top", "none"), std::to_string(form->geometry().top()));
     window->close();
     Settle();
     Show();

@@ -9,12 +9,6 @@
 
 namespace marisonde {
 
-namespace {
-
-constexpr int kFailed = 1;
-
-}  // namespace
-
 ConvertOnScreen::ConvertOnScreen(const Clock& clock, const Console& console)
     : clock_(clock), console_(console), form_(clock) {
     connect(&turn_, &QTimer::timeout, this, &ConvertOnScreen::RunOnce);
@@ -29,7 +23,7 @@ void ConvertOnScreen::Start(const PairToConvert& pair, const ConvertSettings& se
     if (conversion_)
         turn_.start(0);
     else
-        ended_(kFailed);
+        End(kConversionFailed);
 }
 
 void ConvertOnScreen::RunOnce() {
@@ -38,15 +32,19 @@ void ConvertOnScreen::RunOnce() {
         form_.ShowProgress(conversion_->Progress());
         return;
     }
+    End(EndPair(conversion_->Result(), console_));
+}
+
+void ConvertOnScreen::End(int status) {
     turn_.stop();
     form_.hide();
-    ended_(EndPair(conversion_->Result(), console_));
+    ended_(status);
 }
 
 int RunConvertOnScreen(const std::string& files) {
     const ConvertSettings settings = UsersConvertSettings();
     const std::optional<PairToConvert> pair = PairFrom(files, settings);
-    if (!pair) return kFailed;
+    if (!pair) return kConversionFailed;
     const Console console = TerminalAtHand();
     const SystemClock clock;
     ConvertOnScreen conversion(clock, console);
@@ -56,7 +54,7 @@ int RunConvertOnScreen(const std::string& files) {
         QApplication::quit();
     });
     if (!status) QApplication::exec();
-    return status.value_or(kFailed);
+    return status.value_or(kConversionFailed);
 }
 
 }  // namespace marisonde

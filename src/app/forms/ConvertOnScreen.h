@@ -23,6 +23,7 @@ class ConvertOnScreen final : public QObject {
 
   private:
     void RunOnce();
+    void End(int status);
 
     const Clock& clock_;
     const Console& console_;

@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QToolBar>
 #include <QUrl>
@@ -20,6 +19,7 @@
 #include "app/forms/FormHelpers.h"
 #include "app/forms/MainForm.h"
 #include "app/forms/ProcessFilesForm.h"
+#include "app/forms/ProgressBar.h"
 #include "app/forms/Shell.h"
 #include "app/forms/ToolIcons.h"
 
@@ -27,7 +27,6 @@ namespace marisonde {
 
 namespace {
 
-constexpr int kProgressSteps = 1000;
 constexpr int kProgressWidth = 220;  ///< pixels
 
 QCoro::Task<> New(Operation& operation, DataWindow& window, const ShowNewWindow& /*newWindow*/) {
@@ -91,10 +90,9 @@ FileCommands::FileCommands(Shell& shell, MainForm& form, Operations& operations)
     form.installEventFilter(this);
     Window().Running = &operations;
     Window().OnFilesToName = [this] {
-        if (!operations_.Running("NameFiles"))
-            operations_.Start("NameFiles", [this](Operation& operation) -> QCoro::Task<> {
-                co_await NameFilesCommand(operation, Window());
-            });
+        operations_.StartUnlessRunning("NameFiles", [this](Operation& operation) -> QCoro::Task<> {
+            co_await NameFilesCommand(operation, Window());
+        });
     };
 }
 
@@ -113,8 +111,7 @@ QAction* FileCommands::MakeAction(const char* name, const QString& text, const Q
 
 /// One of these at a time: each may ask about what the other is changing.
 void FileCommands::Run(Command command) {
-    if (operations_.Running(kFilesOperation)) return;
-    operations_.Start(kFilesOperation, [this, command](Operation& operation) -> QCoro::Task<> {
+    operations_.StartUnlessRunning(kFilesOperation, [this, command](Operation& operation) -> QCoro::Task<> {
         const ShowNewWindow newWindow = NewWindow();
         co_await command(operation, Window(), newWindow);
     });
@@ -133,7 +130,7 @@ void FileCommands::OpenGiven(std::vector<std::string> paths) {
     if (paths.empty()) return;
     operations_.Start("OpenGiven", [this, paths](Operation& operation) -> QCoro::Task<> {
         const auto idle = [this] { return !operations_.Running(kFilesOperation); };
-        co_await operation.Until(idle, Millis::max());
+        co_await operation.Until(idle);
         const ShowNewWindow newWindow = NewWindow();
         co_await OpenGivenFiles(operation, Window(), paths, newWindow);
     });
@@ -204,10 +201,7 @@ QWidget* FileCommands::MakeStatusLine(QWidget* parent) {
     text_->setWordWrap(true);
     text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     row->addWidget(text_, 1);
-    progress_ = new QProgressBar(line_);
-    progress_->setObjectName("LoadProgress");
-    progress_->setAccessibleName("Progress of loading or saving");
-    progress_->setRange(0, kProgressSteps);
+    progress_ = new ProgressBar(line_, "LoadProgress", "Progress of loading or saving");
     progress_->setFixedWidth(kProgressWidth);
     row->addWidget(progress_);
     stop_ = new QPushButton("S&top", line_);
@@ -250,9 +244,7 @@ void FileCommands::UpdateProgress() {
     if (working) {
         const std::string_view title = saving ? window.SaveTitle : kLoadingTitle;
         text_->setText(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())));
-        const auto size = static_cast<double>(progress->size);
-        const double share = size > 0 ? static_cast<double>(progress->done) / size : 0;
-        progress_->setValue(static_cast<int>(kProgressSteps * share));
+        progress_->ShowShare(ShareDone(*progress));
     } else if (text_->text() != FromText(window.StatusLine)) {
         text_->setText(FromText(window.StatusLine));
     }

@@ -12,7 +12,6 @@ class QAction;
 class QLabel;
 class QMenu;
 class QMenuBar;
-class QProgressBar;
 class QPushButton;
 class QToolBar;
 class QWidget;
@@ -21,6 +20,7 @@ namespace marisonde {
 
 class MainForm;
 class ProcessFilesForm;
+class ProgressBar;
 class Shell;
 
 /// The command that asks about files or calibration of a window: there is one at a time.
@@ -74,7 +74,7 @@ class FileCommands final : public QObject {
     QMenu* recent_ = nullptr;
     QWidget* line_ = nullptr;
     QLabel* text_ = nullptr;
-    QProgressBar* progress_ = nullptr;
+    ProgressBar* progress_ = nullptr;
     QPushButton* stop_ = nullptr;
     QPushButton* dismiss_ = nullptr;
     ProcessFilesForm* processFiles_ = nullptr;  ///< made when it is first wanted

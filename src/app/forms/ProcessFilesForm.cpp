@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
@@ -15,15 +14,12 @@
 #include "app/AppContext.h"
 #include "app/forms/FormHelpers.h"
 #include "app/forms/ParameterControls.h"
+#include "app/forms/ProgressBar.h"
 #include "platform/Paths.h"
 
 namespace marisonde {
 
 namespace {
-
-constexpr int kBarSteps = 1000;
-/// Ten times a second is all that an eye follows; painting takes time from the files.
-constexpr Millis kBetweenPaintings{100};
 
 /// The name of a file in bytes: what is shown of it may not lead back to it.
 constexpr int kNameRole = Qt::UserRole;
@@ -106,10 +102,7 @@ void ProcessFilesForm::MakeButtons() {
     cancel_ = NamedButton<QPushButton>(this, "CancelButton", "Close");
     process_->setDefault(true);
     cancel_->setAutoDefault(false);
-    bar_ = new QProgressBar(this);
-    bar_->setObjectName("ProgressBar");
-    bar_->setAccessibleName("Progress of all files");
-    bar_->setRange(0, kBarSteps);
+    bar_ = new ProgressBar(this, "ProgressBar", "Progress of all files");
     bar_->setTextVisible(false);
     status_ = new QLabel(this);
     status_->setObjectName("StatusLabel");
@@ -211,10 +204,7 @@ void ProcessFilesForm::ShowProgress(const BatchProgress& at) {
     const Millis now = app_.clock.Steady();
     if (at.within.done != 0 && now < nextShown_) return;
     nextShown_ = now + kBetweenPaintings;
-    const double within =
-        at.within.size == 0 ? 0 : static_cast<double>(at.within.done) / static_cast<double>(at.within.size);
-    const double done = (static_cast<double>(at.file) + within) / static_cast<double>(at.files);
-    bar_->setValue(static_cast<int>(done * kBarSteps));
+    bar_->ShowShare((static_cast<double>(at.file) + ShareDone(at.within)) / static_cast<double>(at.files));
     const std::string_view title = BatchTitle(decimal_->isChecked());
     status_->setText(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())) + ": " +
                      FromText(atWork_.at(at.file)));
@@ -238,7 +228,6 @@ void ProcessFilesForm::reject() {
         Refresh();
         return;
     }
-    SaveFormGeometry(app_.settings, *this);
     SaveControlValues(app_.settings, *this);
     QDialog::reject();
 }

@@ -12,13 +12,13 @@ class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QListWidget;
-class QProgressBar;
 class QPushButton;
 class QRadioButton;
 
 namespace marisonde {
 
 struct AppContext;
+class ProgressBar;
 
 /// Converts many raw files into calibrated files or into tables of raw numbers. Stays open at the end, and
 /// while it is at work the instruments of all windows go on.
@@ -67,7 +67,7 @@ class ProcessFilesForm final : public QDialog {
     QRadioButton* decimal_ = nullptr;
     QCheckBox* house_ = nullptr;
     QListWidget* list_ = nullptr;
-    QProgressBar* bar_ = nullptr;
+    ProgressBar* bar_ = nullptr;
     QLabel* status_ = nullptr;
     QPushButton* process_ = nullptr;
     QPushButton* cancel_ = nullptr;

@@ -6,9 +6,10 @@
 #include "files/LineReader.h"
 
 class QLabel;
-class QProgressBar;
 
 namespace marisonde {
+
+class ProgressBar;
 
 /// Shows how far a conversion is that was asked for without any window, and lets its user stop it.
 class ProgressForm final : public QDialog {
@@ -29,7 +30,7 @@ class ProgressForm final : public QDialog {
   private:
     const Clock& clock_;
     QLabel* text_;
-    QProgressBar* bar_;
+    ProgressBar* bar_;
     Millis nextShown_{0};
     bool cancelled_ = false;
 };
