@@ -81,7 +81,7 @@ void BM_BareLoop(benchmark::State& state) {
         lines = 0;
         Bare bare;
         std::FILE* source = std::fopen(Cast().Source().c_str(), "rb");
-        std::FILE* destination = std::fopen(Cast().Destination("bare.dat").c_str(), "wb");
+        std::FILE* destination = std::fopen(Cast().Beside("bare.dat").c_str(), "wb");
         std::setvbuf(source, nullptr, _IONBF, 0);
         std::setvbuf(destination, nullptr, _IONBF, 0);
         std::size_t kept = 0;
@@ -108,6 +108,7 @@ void BM_BareLoop(benchmark::State& state) {
         std::fwrite(out.data(), 1, static_cast<std::size_t>(write - out.data()), destination);
         std::fclose(source);
         std::fclose(destination);
+        Cast().Replace("bare.dat");
     }
     Finish(state, lines);
 }
@@ -133,7 +134,7 @@ void BM_QtTextStream(benchmark::State& state) {
         lines = 0;
         Bare bare;
         QFile source(QString::fromStdString(Cast().Source().string()));
-        QFile destination(QString::fromStdString(Cast().Destination("qt.dat").string()));
+        QFile destination(QString::fromStdString(Cast().Beside("qt.dat").string()));
         if (!source.open(QIODevice::ReadOnly) || !destination.open(QIODevice::WriteOnly)) break;
         QTextStream in(&source);
         QTextStream out(&destination);
@@ -146,6 +147,9 @@ void BM_QtTextStream(benchmark::State& state) {
             out << "\r\n";
             ++lines;
         }
+        out.flush();
+        destination.close();
+        Cast().Replace("qt.dat");
     }
     Finish(state, lines);
 }

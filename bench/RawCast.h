@@ -43,6 +43,13 @@ class RawCast {
 
     [[nodiscard]] std::filesystem::path Source() const { return folder_ / "cast.raw"; }
     [[nodiscard]] std::filesystem::path Destination(const char* name) const { return folder_ / name; }
+    /// The product writes beside a file of the same name and replaces it at the end. Whoever is compared with
+    /// it does too: memory is taken and given back at the same moments, which matters more than one would
+    /// think where the machine is a virtual one.
+    [[nodiscard]] std::filesystem::path Beside(const char* name) const {
+        return folder_ / (name + std::string(".new"));
+    }
+    void Replace(const char* name) const { std::filesystem::rename(Beside(name), Destination(name)); }
     [[nodiscard]] std::int64_t Lines() const { return static_cast<std::int64_t>(lines_); }
 
   private:
