@@ -8,16 +8,13 @@
 #include <cstdlib>
 #include <string>
 
+#include "Property.h"
 #include "decode/Decoders.h"
 #include "decode/TextMessages.h"
 
 namespace {
 
 using namespace marisonde;
-
-void Require(bool held) {
-    if (!held) std::abort();
-}
 
 /// What the sum of a "*" line says, worked out here once more and in another way than in the program.
 bool ChecksumHolds(const std::string& line) {

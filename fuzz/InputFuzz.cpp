@@ -1,12 +1,12 @@
 // The road of bytes from the port into lines and queues. Pieces do not matter; every byte reaches the raw log
 // as it came; what waits stays bounded; no line with a bad checksum is queued as data.
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Property.h"
 #include "common/Clock.h"
 #include "decode/LineKind.h"
 #include "link/InputLoop.h"
@@ -23,10 +23,6 @@ struct Heard {
     std::string rest;
     bool operator==(const Heard&) const = default;
 };
-
-void Require(bool holds) {
-    if (!holds) std::abort();
-}
 
 Heard Hear(std::string_view bytes, std::size_t piece) {
     const VirtualClock clock;

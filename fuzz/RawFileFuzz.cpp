@@ -4,13 +4,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
-#include <unistd.h>
 
+#include "Property.h"
 #include "calibration/CalLine.h"
 #include "calibration/CalibrationDataClass.h"
 #include "files/DatFile.h"
@@ -22,17 +20,7 @@ using namespace marisonde;
 
 namespace {
 
-/// In memory where the system has such a place: thousands of files a second would only wear out a disk.
-std::filesystem::path Scratch() {
-    static const std::filesystem::path path = [] {
-        const std::filesystem::path memory = "/dev/shm";
-        const std::string name = "raw-fuzz-" + std::to_string(getpid());
-        std::error_code passedOver;
-        const bool there = std::filesystem::is_directory(memory, passedOver);
-        return (there ? memory : std::filesystem::temp_directory_path()) / name;
-    }();
-    return path;
-}
+const ScratchFile kScratch("raw-fuzz");
 
 SigmaParams FixedModel() {
     SigmaParams sigma;
@@ -61,23 +49,19 @@ struct Outcome {
     bool operator==(const Outcome&) const = default;
 };
 
-void Require(bool holds) {
-    if (!holds) std::abort();
-}
-
 void CheckReadsBack(std::string_view line, InstTypeCode type) {
     CalibratedSample once;
-    ReadDatLine(line.substr(0, line.size() - 2), type, once);
+    DatLineReader(type).Read(line.substr(0, line.size() - 2), once);
     std::string again;
     WriteDatLine(again, once, type, true);
     Require(again == line);
 }
 
 Outcome Convert(std::string_view bytes, InstTypeCode type) {
-    std::ofstream(Scratch(), std::ios::binary)
+    std::ofstream(kScratch.Path(), std::ios::binary)
         .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     RawFileReader reader(type, ConverterOf(type));
-    Require(!reader.Open(Scratch()));
+    Require(!reader.Open(kScratch.Path()));
     Outcome outcome;
     while (reader.NextLine()) {
         if (!reader.HasSample()) continue;

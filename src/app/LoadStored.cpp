@@ -61,6 +61,12 @@ class DatSink final : public SampleSink {
     bool ready_ = false;
 };
 
+/// A change to the other form reads the file again.
+DatScattering ShownBy(const LivePlot& plot) {
+    return plot.SigmaOption == SigmaChoice::SigmaCorrect ? DatScattering::Corrected
+                                                         : DatScattering::Uncorrected;
+}
+
 std::string Told(const StoredFile& file, const LoadResult& result) {
     if (result.end == End::NotOpened) return result.error;
     std::string text = file.path.filename().string() + ": ";
@@ -88,6 +94,7 @@ QCoro::Task<> Load(Operation& operation, DataWindow& window, StoredFile file, bo
     const Converter converter(window.Link.CalData, window.App().sigma, window.App().pureWater);
     RawFileReader raw(window.Link.CalData.InstType, converter);
     DatFileReader dat(file.type);
+    dat.Read(ShownBy(window.Plot));
     DatSink named(window, dat, plot);
     LoadHost host{window.App().clock, window.Ask(), window.Plot.MaxGraphPoints, {}, {}};
     host.progress = [&](const ReadProgress& at) {

@@ -1,11 +1,11 @@
 #include <array>
 #include <bit>
 #include <charconv>
-#include <cstring>
 #include <system_error>
 
 #include "common/ConversionUtils.h"
 #include "common/DecimalPowers.h"
+#include "common/DigitWords.h"
 #include "common/Numbers.h"
 
 namespace marisonde {
@@ -36,24 +36,15 @@ struct DigitRun {
     std::ptrdiff_t count = 0;
 };
 
-constexpr std::array<std::uint64_t, 9> kWholePowers{1,      10,      100,      1000,     10000,
-                                                    100000, 1000000, 10000000, 100000000};
-
 /// The digits at the start of 8 characters, without a branch for each: numbers in a line have any length, and
 /// a processor guesses it wrong each time. Returns how many they are, 0 to 8.
 inline int TakeDigitsOf8(const char* p, DigitRun& digits) {
-    constexpr std::uint64_t kEach = 0x0101010101010101;
-    std::uint64_t chunk = 0;
-    std::memcpy(&chunk, p, sizeof chunk);
-    chunk ^= kEach * '0';
-    const std::uint64_t others = (((chunk & (kEach * 0x7F)) + kEach * 0x76) | chunk) & (kEach * 0x80);
+    const std::uint64_t chars = detail::EightChars(p);
+    const std::uint64_t others = detail::NoDigits(chars ^ detail::kEachByte * '0');
     const int count = others == 0 ? 8 : std::countr_zero(others) / 8;
     if (count == 0) return 0;
-    chunk <<= 64 - 8 * count;  // what is not a digit makes room for zeros in front
-    chunk = chunk * 10 + (chunk >> 8);
-    constexpr std::uint64_t kPairs = 0x000000FF000000FF;
-    chunk = ((chunk & kPairs) * 0x000F424000000064 + (chunk >> 16 & kPairs) * 0x0000271000000001) >> 32;
-    digits.value = digits.value * kWholePowers[static_cast<std::size_t>(count)] + chunk;
+    digits.value = digits.value * detail::kWholePowers[static_cast<std::size_t>(count)] +
+                   detail::Join(detail::DigitsOf(chars, static_cast<unsigned>(count)));
     digits.count += count;
     return count;
 }
@@ -68,12 +59,10 @@ inline const char* TakeEachDigit(const char* p, const char* last, DigitRun& digi
 
 /// For runs that are mostly longer than a few digits.
 inline const char* TakeDigits(const char* p, const char* last, DigitRun& digits) {
-    if constexpr (std::endian::native == std::endian::little) {
-        while (last - p >= 8) {
-            const int count = TakeDigitsOf8(p, digits);
-            p += count;
-            if (count < 8) return p;
-        }
+    while (last - p >= 8) {
+        const int count = TakeDigitsOf8(p, digits);
+        p += count;
+        if (count < 8) return p;
     }
     return TakeEachDigit(p, last, digits);
 }

@@ -1,5 +1,6 @@
 #include "files/DatColumns.h"
 
+#include <algorithm>
 #include <array>
 
 namespace marisonde {
@@ -45,6 +46,23 @@ constexpr bool RowsStandAtTheirCodes() {
     return kLayouts.size() == kInstTypeCount;
 }
 static_assert(RowsStandAtTheirCodes());
+
+constexpr bool NoneHasMoreThanSaid() {
+    return std::all_of(kLayouts.begin(), kLayouts.end(), [](const DatLayout& layout) {
+        std::size_t columns = kTimeAndDepth;
+        std::size_t longest = 0;
+        for (const auto& runs : {layout.columns, layout.betaColumns}) {
+            for (const DatRun& run : runs) {
+                const auto count = static_cast<std::size_t>(run.count);
+                columns += count;
+                longest = std::max(longest, count);
+            }
+        }
+        return layout.columns.size() + layout.betaColumns.size() <= kMostDatRuns &&
+               longest <= kMostInDatRun && columns <= kMaxDatColumns;
+    });
+}
+static_assert(NoneHasMoreThanSaid());
 
 }  // namespace
 

@@ -35,7 +35,13 @@ struct DatLayout {
 /// The layout of a model; of time and depth alone for models without columns and for unknown ones.
 const DatLayout& DatLayoutOf(InstTypeCode type);
 
+/// Time and depth, which every line begins with.
+inline constexpr std::size_t kTimeAndDepth = 2;
+/// Most runs that any model has, those of beta values among them.
+inline constexpr std::size_t kMostDatRuns = 6;
+/// Most columns of one run.
+inline constexpr std::size_t kMostInDatRun = 8;
 /// Most columns that any model's line has, time and depth among them.
-inline constexpr std::size_t kMaxDatColumns = 2 + 4 * 8;
+inline constexpr std::size_t kMaxDatColumns = kTimeAndDepth + 4 * kMostInDatRun;
 
 }  // namespace marisonde

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "files/DatColumns.h"
+#include "files/DatLineReader.h"
 #include "files/SampleReader.h"
 
 namespace marisonde {
@@ -16,6 +16,9 @@ class DatFileReader final : public SampleReader {
   public:
     /// `type` is the model of a file that names none.
     explicit DatFileReader(InstTypeCode type = InstTypeCode::Unknown) : type_(type), assumed_(type) {}
+
+    /// The next Open reads this backscattering of a Corvane. What is not read is 0 in the samples.
+    void Read(DatScattering scattering) { scattering_ = scattering; }
 
     [[nodiscard]] FileError Open(const std::filesystem::path& path) override;
     bool NextLine() override;
@@ -34,14 +37,12 @@ class DatFileReader final : public SampleReader {
     InstTypeCode type_;
     InstTypeCode assumed_;
     std::vector<std::string> channels_;
+    DatScattering scattering_ = DatScattering::All;
+    DatLineReader line_{InstTypeCode::Unknown};
+    FieldEnds ends_;
     int columns_ = 0;  ///< of the first sample; a line with fewer was cut off
     bool hasBeta_ = false;
     bool dataSection_ = false;  ///< the file has a [Data] section, so that every line behind it counts
 };
-
-/// Reads one line of numbers, time and depth first, into `sample` by the layout of `type`: what WriteDatLine
-/// writes comes back the same. Returns the number of values; below 2, and below `fewest`, it is no sample and
-/// nothing is changed. Columns beyond the line's end become 0, columns beyond the layout are passed over.
-int ReadDatLine(std::string_view line, InstTypeCode type, CalibratedSample& sample, int fewest = 0);
 
 }  // namespace marisonde

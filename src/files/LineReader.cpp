@@ -1,9 +1,12 @@
 #include "files/LineReader.h"
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <cstring>
 #include <system_error>
+
+#include "common/TextBlock.h"
 
 namespace marisonde {
 
@@ -24,10 +27,13 @@ std::FILE* OpenHandle(const std::filesystem::path& path) {
 #endif
 }
 
-const char* Find(const char* from, const char* end, char wanted) {
-    const void* found = std::memchr(from, wanted, static_cast<std::size_t>(end - from));
-    return found ? static_cast<const char*>(found) : end;
+std::uint64_t LineEnds(const TextBlock& text) {
+    return text.EqualEither('\r', '\n');
 }
+
+constexpr std::size_t kNotAhead = std::string_view::npos;
+/// No line of values is longer.
+constexpr std::size_t kLongestMarked = 4096;
 
 }  // namespace
 
@@ -70,12 +76,40 @@ bool LineReader::Next(std::string_view& line) {
     return !line.empty();
 }
 
-const char* LineReader::FindEnd() {
-    // Each kind of line end is looked for only once: a file with CR alone would otherwise be searched to the
-    // end of the block for a LF with every line.
-    if (nextCr_ < at_) nextCr_ = Find(at_, end_, '\r');
-    if (nextLf_ < at_) nextLf_ = Find(at_, end_, '\n');
-    return std::min(nextCr_, nextLf_);
+bool LineReader::Next(std::string_view& line, FieldEnds& ends) {
+    const std::size_t length = cut_ ? kNotAhead : MarkAhead(ends);
+    if (length == kNotAhead) {
+        if (!Next(line)) return false;
+        ends.Mark(line, line.size());
+        return true;
+    }
+    line = {at_, length};
+    TakeEnd(at_ + length);
+    return true;
+}
+
+/// Marks the commas of the next line and returns its length, if it ends within the whole blocks that were
+/// read.
+std::size_t LineReader::MarkAhead(FieldEnds& ends) const {
+    const std::string_view ahead = Ahead();
+    ends.Clear(ahead.size());
+    for (std::size_t base = 0; base + kTextBlock <= std::min(ahead.size(), kLongestMarked);
+         base += kTextBlock) {
+        const TextBlock text(ahead.data() + base);
+        const std::uint64_t lineEnds = LineEnds(text);
+        const std::uint64_t beforeEnd = (lineEnds & (~lineEnds + 1)) - 1;
+        ends.Add(text.Equal(',') & beforeEnd, base);
+        if (lineEnds != 0) return base + static_cast<unsigned>(std::countr_zero(lineEnds));
+    }
+    return kNotAhead;
+}
+
+/// The first line end that was read, or the end of what was read.
+const char* LineReader::FindEnd() const {
+    const char* at = at_;
+    for (; end_ - at >= static_cast<std::ptrdiff_t>(kTextBlock); at += kTextBlock)
+        if (const std::uint64_t ends = LineEnds(TextBlock(at))) return at + std::countr_zero(ends);
+    return std::find_if(at, end_, [](char c) { return c == '\r' || c == '\n'; });
 }
 
 void LineReader::TakeEnd(const char* end) {
@@ -101,7 +135,6 @@ void LineReader::Fill() {
     }
     at_ = buffer_.get();
     end_ = at_ + kept + read;
-    nextCr_ = nextLf_ = nullptr;
     if (dropLf_ && at_ != end_) {
         if (*at_ == '\n') ++at_;
         dropLf_ = false;

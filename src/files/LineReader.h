@@ -7,6 +7,7 @@
 #include <memory>
 #include <string_view>
 
+#include "files/FieldEnds.h"
 #include "files/OutputFile.h"
 
 namespace marisonde {
@@ -33,6 +34,8 @@ class LineReader {
     /// The next line without its end, valid until the next call; empty lines count. False at the end of the
     /// file and after a failure, which Error tells.
     bool Next(std::string_view& line);
+    /// The same of a line of values, and where these end; of the commas behind kLongestLine nothing is told.
+    bool Next(std::string_view& line, FieldEnds& ends);
     /// The line of the last Next was longer than kLongestLine and lacks its rest.
     [[nodiscard]] bool LineWasCut() const { return cut_; }
     [[nodiscard]] const FileError& Error() const { return error_; }
@@ -51,7 +54,8 @@ class LineReader {
     [[nodiscard]] std::uint64_t Offset(const char* place) const {
         return static_cast<std::uint64_t>(place - buffer_.get());
     }
-    const char* FindEnd();
+    [[nodiscard]] const char* FindEnd() const;
+    std::size_t MarkAhead(FieldEnds& ends) const;
     void TakeEnd(const char* end);
     void Fill();
     void DropRestOfLine();
@@ -60,9 +64,7 @@ class LineReader {
     std::unique_ptr<char[]> buffer_;  ///< not cleared: of a small file only its first pages are ever touched
     const char* at_ = nullptr;        ///< first byte not yet given
     const char* end_ = nullptr;       ///< behind the last byte read
-    const char* nextCr_ = nullptr;  ///< where the next CR stands if at or behind at_; end_ when there is none
-    const char* nextLf_ = nullptr;
-    std::uint64_t base_ = 0;  ///< place in the file of the first byte of the buffer
+    std::uint64_t base_ = 0;          ///< place in the file of the first byte of the buffer
     std::uint64_t size_ = 0;
     std::uint64_t left_ = 0;  ///< bytes that may still be read
     bool atEnd_ = true;

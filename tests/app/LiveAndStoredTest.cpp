@@ -29,7 +29,7 @@ CalibratedSample AsWritten(const CalibratedSample& sample, InstTypeCode type, bo
     std::string line;
     WriteDatLine(line, sample, type, betas);
     CalibratedSample back;
-    ReadDatLine(std::string_view(line).substr(0, line.size() - 2), type, back);
+    DatLineReader(type).Read(std::string_view(line).substr(0, line.size() - 2), back);
     return back;
 }
 

@@ -10,7 +10,17 @@ namespace fs = std::filesystem;
 
 /// How a stored file is read into a window: in groups, whatever its lines are like, whatever becomes of it
 /// meanwhile.
-class StoredFileTest : public OpenFileFixture {};
+class StoredFileTest : public OpenFileFixture {
+  protected:
+    /// A window that has begun to read this file, which takes more than one slice.
+    DataWindow& Loading(const std::string& raw) {
+        DataWindow& window = WithCal(Model::Corvane6);
+        window.Plot.MaxGraphPoints = 100000;
+        StartLoad(window, {raw, "raw", InstTypeCode::Corvane6, ""});
+        EXPECT_TRUE(window.LoadProgress);
+        return window;
+    }
+};
 
 TEST_F(StoredFileTest, ExactlyAsManyPointsAsFitAskNothing) {
     const std::string raw = RawOf(1000);
@@ -167,10 +177,7 @@ TEST_F(StoredFileTest, WindowShowsAFileWithoutTakingLiveSamples) {
 
 TEST_F(StoredFileTest, StoppingALoadKeepsWhatWasRead) {
     const std::string raw = RawOf(90000);
-    DataWindow& window = WithCal(Model::Corvane6);
-    window.Plot.MaxGraphPoints = 100000;
-    StartLoad(window, {raw, "raw", InstTypeCode::Corvane6, ""});
-    ASSERT_TRUE(window.LoadProgress);
+    DataWindow& window = Loading(raw);
     EXPECT_GT(window.LoadProgress->done, 0U);
     EXPECT_LT(window.LoadProgress->done, window.LoadProgress->size);
     const int read = window.Plot.PlotIndex() - 1;
@@ -185,10 +192,7 @@ TEST_F(StoredFileTest, StoppingALoadKeepsWhatWasRead) {
 
 TEST_F(StoredFileTest, FileThatGrowsWhileItIsReadIsReadToItsEnd) {
     const std::string raw = RawOf(70000);
-    DataWindow& window = WithCal(Model::Corvane6);
-    window.Plot.MaxGraphPoints = 100000;
-    StartLoad(window, {raw, "raw", InstTypeCode::Corvane6, ""});
-    ASSERT_TRUE(window.LoadProgress);
+    DataWindow& window = Loading(raw);
     const std::string data = BehindHeader(TestFolder::Read(raw), "[EndHeader]");
     std::ofstream(raw, std::ios::binary | std::ios::app) << data.substr(0, 2 * data.find("*T", 1));
     Settle();
@@ -197,9 +201,7 @@ TEST_F(StoredFileTest, FileThatGrowsWhileItIsReadIsReadToItsEnd) {
 
 TEST_F(StoredFileTest, FileThatVanishesWhileItIsReadIsStillRead) {
     const std::string raw = RawOf(70000);
-    DataWindow& window = WithCal(Model::Corvane6);
-    window.Plot.MaxGraphPoints = 100000;
-    StartLoad(window, {raw, "raw", InstTypeCode::Corvane6, ""});
+    DataWindow& window = Loading(raw);
     fs::remove(raw);
     Settle();
     EXPECT_FALSE(window.LoadProgress);

@@ -9,153 +9,13 @@
 #include "common/Numbers.h"
 #include "files/DatFile.h"
 #include "files/DatFileReader.h"
+#include "files/DatSamples.h"
 #include "files/FileFixture.h"
 
 namespace marisonde {
 namespace {
 
 using enum InstTypeCode;
-
-TEST(ReadDatLineTest, ColumnsGoWhereTheModelHasThem) {
-    CalibratedSample sample;
-    EXPECT_EQ(ReadDatLine("40000.25,12.5,1,2,3,4,5,6,", Corvane2, sample), 8);
-    EXPECT_EQ(sample.Time, 40000.25);
-    EXPECT_EQ(sample.Depth, 12.5F);
-    EXPECT_EQ(sample.bb[2], 3);
-    EXPECT_EQ(sample.bb[3], 0);
-    EXPECT_EQ(sample.bbUncorr[0], 4);
-    EXPECT_TRUE(sample.Valid[2]);
-    EXPECT_FALSE(sample.Valid[3]);
-
-    EXPECT_EQ(ReadDatLine("40000.25,12.5,1,2,3,4,5,6", LTidal, sample), 8);
-    EXPECT_EQ(sample.bb[0], 1);
-    EXPECT_EQ(sample.bbUncorr[0], 2);
-    EXPECT_EQ(sample.K, 3);
-    EXPECT_EQ(sample.k[0], 3);
-    EXPECT_EQ(sample.a, 4);
-    EXPECT_EQ(sample.beta[0], 5);
-    EXPECT_EQ(sample.betaUncorr[0], 6);
-    EXPECT_TRUE(sample.Valid[0]);
-
-    EXPECT_EQ(ReadDatLine("40000.25,12.5,1,2,0", NTidal, sample), 5);
-    EXPECT_EQ(sample.k[0], 0);
-    EXPECT_EQ(sample.beta[0], 0);
-    EXPECT_FALSE(sample.Valid[0]);
-
-    EXPECT_EQ(ReadDatLine("40000.25,12.5,1,2,3,4,21.5", Delph4, sample), 7);
-    EXPECT_EQ(sample.k[3], 4);
-    EXPECT_EQ(sample.Temp, 21.5F);
-
-    EXPECT_EQ(ReadDatLine("40000.25,12.5,", XTidal, sample), 2);
-    EXPECT_EQ(sample.Depth, 12.5F);
-}
-
-TEST(ReadDatLineTest, TooLittleIsNoSampleAndChangesNothing) {
-    CalibratedSample sample;
-    sample.Depth = 3;
-    for (const char* line : {"", "40000", "40000,"})
-        EXPECT_LT(ReadDatLine(line, Corvane2, sample), 2) << line;
-    EXPECT_EQ(sample.Depth, 3);
-}
-
-TEST(ReadDatLineTest, MissingAndSurplusColumns) {
-    CalibratedSample sample;
-    EXPECT_EQ(ReadDatLine("1,2,3,x,,9", NTidal, sample), 6);
-    EXPECT_EQ(sample.bb[0], 3);
-    EXPECT_EQ(sample.bbUncorr[0], 0);
-    EXPECT_EQ(sample.k[0], 0);
-    EXPECT_EQ(ReadDatLine("1,2,3", Delph6, sample), 3);
-    EXPECT_EQ(sample.k[0], 3);
-    EXPECT_EQ(sample.k[5], 0);
-}
-
-TEST(ReadDatLineTest, CountsAllValuesOfALineAndTheCommaAtItsEndAsNone) {
-    CalibratedSample sample;
-    std::string line = "40000.25";
-    for (int values = 2; values < 80; ++values) {
-        line += "," + std::to_string(values);
-        EXPECT_EQ(ReadDatLine(line, Corvane6, sample), values);
-        EXPECT_EQ(ReadDatLine(line + ",", Corvane6, sample), values);
-    }
-    EXPECT_EQ(sample.bb[0], 3);
-    EXPECT_EQ(sample.betaUncorr[7], 34);
-    EXPECT_EQ(ReadDatLine(",,", Corvane6, sample), 2);
-    EXPECT_EQ(sample.Time, 0);
-}
-
-TEST(ReadDatLineTest, FewerValuesThanWantedAreNoSample) {
-    CalibratedSample sample;
-    sample.Depth = 3;
-    EXPECT_EQ(ReadDatLine("40000.25,1,2", Corvane2, sample, 4), 3);
-    EXPECT_EQ(sample.Depth, 3);
-    EXPECT_EQ(ReadDatLine("40000.25,1,2", Corvane2, sample, 3), 3);
-    EXPECT_EQ(sample.Depth, 1);
-}
-
-TEST(ReadDatLineTest, FailedValuesStayFailed) {
-    CalibratedSample sample;
-    ReadDatLine("40000.25,12.5,1E+308,2,1E+308,1E+308", LTidal, sample);
-    EXPECT_EQ(sample.bb[0], kSentinel);
-    EXPECT_EQ(sample.K, kSentinelF);
-    EXPECT_EQ(sample.a, kSentinelF);
-}
-
-/// Any number that a 32-bit value can be, by its bits.
-double AnySingle(std::mt19937& random) {
-    while (true) {
-        const std::uint32_t bits = static_cast<std::uint32_t>(random());
-        float value = 0;
-        std::memcpy(&value, &bits, sizeof value);
-        if (value == 0) continue;  // a negative zero is written without its sign
-        if (std::isfinite(value)) return value;
-        return kSentinel;
-    }
-}
-
-float AnyFloat(std::mt19937& random) {
-    const double value = AnySingle(random);
-    return value == kSentinel ? kSentinelF : static_cast<float>(value);
-}
-
-/// A sample that holds what the lines of the model hold, and nothing else.
-CalibratedSample AnySample(InstTypeCode type, bool betas, std::mt19937& random) {
-    CalibratedSample sample;
-    sample.Time = 30000 + static_cast<double>(random()) / 100000;
-    sample.Depth = AnyFloat(random);
-    const auto channels = static_cast<std::size_t>(std::max(ChannelSlots(type), 0));
-    const bool scatters = IsCorvaneFamily(type) || type == LTidal || type == NTidal;
-    for (std::size_t i = 0; scatters && i < channels; ++i) {
-        sample.bb[i] = AnySingle(random);
-        sample.bbUncorr[i] = AnySingle(random);
-        if (betas) sample.beta[i] = AnySingle(random);
-        if (betas) sample.betaUncorr[i] = AnySingle(random);
-        sample.Valid[i] = true;
-    }
-    if (type == LTidal) sample.K = sample.k[0] = AnyFloat(random);
-    if (type == LTidal) sample.a = AnyFloat(random);
-    if (type == NTidal) sample.k[0] = AnyFloat(random);
-    if (!IsDelphFamily(type)) return sample;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(DelphChannels(type)); ++i)
-        sample.k[i] = AnyFloat(random);
-    sample.Temp = AnyFloat(random);
-    return sample;
-}
-
-TEST(ReadDatLineTest, WhatIsWrittenComesBackTheSame) {
-    std::mt19937 random(7);
-    for (int code = 0; code < kInstTypeCount; ++code) {
-        const auto type = static_cast<InstTypeCode>(code);
-        for (int i = 0; i < 2000; ++i) {
-            const bool betas = i % 2 == 1;
-            const CalibratedSample sample = AnySample(type, betas, random);
-            std::string line;
-            WriteDatLine(line, sample, type, betas);
-            CalibratedSample back;
-            ReadDatLine(std::string_view(line).substr(0, line.size() - 2), type, back);
-            ASSERT_EQ(back, sample) << line;
-        }
-    }
-}
 
 class DatFileReaderTest : public FileFixture {
   protected:
@@ -209,6 +69,32 @@ TEST_F(DatFileReaderTest, EveryHeaderOfThisProgram) {
                 EXPECT_EQ(reader.Counts().lines, 3U);
                 EXPECT_EQ(reader.Counts().PassedOver(), 0U);
             }
+        }
+    }
+}
+
+TEST_F(DatFileReaderTest, OneFormOfBackscatteringOfTheSameLines) {
+    std::mt19937 random(14);
+    std::string text;
+    WriteDatHeader(text, {"", 40000}, "", CalibrationOf(Corvane6), {}, {});
+    for (int i = 0; i < 3000; ++i) {
+        CalibratedSample sample = AnySample(Corvane6, false, random);
+        if (i % 3 == 0) sample.bb[random() % 8] = 0;
+        if (i % 5 == 0) sample.bbUncorr[random() % 8] = 0;
+        WriteDatLine(text, sample, Corvane6, false);
+        if (i % 100 == 0) text += "40000.5,3,1.5,\r\nwords\r\n";
+    }
+    const auto whole = SamplesOf(text);
+    const LineCounts counts = reader.Counts();
+    for (const DatScattering form : {DatScattering::Corrected, DatScattering::Uncorrected}) {
+        reader.Read(form);
+        const auto samples = SamplesOf(text);
+        EXPECT_EQ(reader.Counts(), counts);
+        ASSERT_EQ(samples.size(), whole.size());
+        for (std::size_t i = 0; i < samples.size(); ++i) {
+            CalibratedSample expected = whole[i];
+            (form == DatScattering::Corrected ? expected.bbUncorr : expected.bb) = {};
+            ASSERT_EQ(samples[i], expected) << i;
         }
     }
 }

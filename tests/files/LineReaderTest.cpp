@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cerrno>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,49 @@ class LineReaderTest : public FileFixture {
 };
 
 using Lines = std::vector<std::string>;
+
+/// Files of all kinds of pieces, short and longer than the reader's block: lines of values are the lines, and
+/// their ends are their commas.
+TEST_F(LineReaderTest, LinesOfValuesAreTheSameLines) {
+    std::mt19937 random(6);
+    const Lines pieces{"\r\n",
+                       "\r",
+                       "\n",
+                       ",",
+                       "1.5,",
+                       "-1.234568E-03,",
+                       "45244.925937500003,",
+                       "\t",
+                       "words",
+                       std::string(1, '\0'),
+                       std::string(100, 'x'),
+                       std::string(70, ',')};
+    for (int run = 0; run < 60; ++run) {
+        std::string text;
+        const std::size_t size = run < 50 ? random() % 1500 : LineReader::kBlock - 30 + random() % 60;
+        while (text.size() < size) text += pieces[random() % pieces.size()];
+        if (run % 10 == 9) text += std::string(LineReader::kLongestLine + random() % 100, ',') + "\n1,2";
+        const Lines expected = LinesOf(text);
+        LineReader reader;
+        ASSERT_FALSE(reader.Open(Write("lines", text)));
+        FieldEnds ends;
+        std::string_view line;
+        for (const std::string& each : expected) {
+            ASSERT_TRUE(reader.Next(line, ends));
+            ASSERT_EQ(line, each);
+            const auto commas = static_cast<std::size_t>(std::count(each.begin(), each.end(), ','));
+            ASSERT_EQ(ends.Count(), commas);
+            std::size_t place = 0;
+            for (std::size_t i = 0; i < std::min(commas, FieldEnds::kMostPlaces); ++i, ++place) {
+                place = each.find(',', place);
+                ASSERT_EQ(ends.At(i), place);
+            }
+            ASSERT_GE(ends.Readable(), line.size());
+        }
+        EXPECT_FALSE(reader.Next(line, ends));
+        EXPECT_EQ(reader.Progress().done, text.size());
+    }
+}
 
 TEST_F(LineReaderTest, EveryKindOfLineEnd) {
     EXPECT_EQ(LinesOf("a\r\nb\rc\nd"), (Lines{"a", "b", "c", "d"}));
