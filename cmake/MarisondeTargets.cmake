@@ -60,7 +60,8 @@ function(marisonde_library name folder)
 endfunction()
 
 # marisonde_test(<folder> [QT|FORMS] [PRECOMPILED <header>] DEPS <targets>...): the program <folder>_tests of
-# tests/<folder>/*.cpp, QT where an event loop is wanted, FORMS where windows are shown. Tests are built once and run once: what they cost is their compiling.
+# tests/<folder>/*.cpp, QT where an event loop is wanted, FORMS where windows are shown. Tests are
+# built once and run once: what they cost is their compiling.
 function(marisonde_test folder)
   cmake_parse_arguments(ARG "QT;FORMS" "PRECOMPILED" "DEPS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)

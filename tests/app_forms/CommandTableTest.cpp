@@ -1,6 +1,7 @@
 #include <QAction>
 #include <QFileDialog>
 #include <QPushButton>
+#include <optional>
 #include <ostream>
 #include <vector>
 
@@ -31,16 +32,42 @@ struct Answered {
     const char* button;
 };
 
+/// How things stand once the questions are answered.
+struct After {
+    bool portOpen, filesOpen;
+    const char* dialog = nullptr;  ///< stands open after the last answer, and is then cancelled; null: none
+    const char* sent = "";         ///< what goes to the instrument; "" nothing
+    int newWindows = 0;
+    const char* reached = "";  ///< what calibrates the instrument now
+};
+constexpr After kAllOpen{true, true};
+constexpr After kPortOpen{true, false};
+constexpr After kFilesOpen{false, true};
+constexpr After kNothingOpen{false, false};
+constexpr std::nullopt_t kNotToBeChosen = std::nullopt;
+
+constexpr After Shows(const char* dialog, After after) {
+    after.dialog = dialog;
+    return after;
+}
+constexpr After Sends(const char* command, After after) {
+    after.sent = command;
+    return after;
+}
+constexpr After NewWindow(After after) {
+    after.newWindows = 1;
+    return after;
+}
+constexpr After Reaches(const char* place, After after) {
+    after.reached = place;
+    return after;
+}
+
 struct Row {
     State state;
     const char* item;
     std::vector<Answered> questions;
-    const char* dialog;        ///< that stands open after the last answer; it is then cancelled. Null: none
-    const char* sent;          ///< what goes to the instrument; "" nothing
-    bool portOpen, filesOpen;  ///< afterwards
-    int newWindows = 0;
-    bool enabled = true;       ///< false: the item cannot be chosen in this state
-    const char* reached = "";  ///< what calibrates the instrument afterwards
+    std::optional<After> after;  ///< none: the item cannot be chosen in this state
 };
 
 void PrintTo(const Row& row, std::ostream* out) {
@@ -81,227 +108,134 @@ const std::string kIntoDelph =
 const std::vector<Row>& Rows() {
     static const std::vector<Row> rows{
         // Connecting.
-        {State::NoPort, "Connect_menu", {}, "ConnectForm", "", false, false},
-        {State::LoadedRaw, "Connect_menu", {}, "ConnectForm", "", false, false},
-        {State::Stopped, "Connect_menu", {{kReplace, "This Window"}}, "ConnectForm", "", true, true},
-        {State::Stopped, "Connect_menu", {{kReplace, "Cancel"}}, nullptr, "", true, true},
-        {State::Asleep, "Connect_menu", {{kReplace, "Cancel"}}, nullptr, "", true, true},
-        {State::Sampling, "Connect_menu", {{kReplace, "This Window"}}, "ConnectForm", "", true, true},
-        {State::Sampling, "Connect_menu", {{kReplace, "New Window"}}, nullptr, "", true, true, 1},
-        {State::Sampling, "Connect_menu", {{kReplace, "Cancel"}}, nullptr, "", true, true},
-        {State::SixWindows,
-         "Connect_menu",
-         {{kReplace, "New Window"}, {kSix, "OK"}},
-         nullptr,
-         "",
-         true,
-         true},
+        {State::NoPort, "Connect_menu", {}, Shows("ConnectForm", kNothingOpen)},
+        {State::LoadedRaw, "Connect_menu", {}, Shows("ConnectForm", kNothingOpen)},
+        {State::Stopped, "Connect_menu", {{kReplace, "This Window"}}, Shows("ConnectForm", kAllOpen)},
+        {State::Stopped, "Connect_menu", {{kReplace, "Cancel"}}, kAllOpen},
+        {State::Asleep, "Connect_menu", {{kReplace, "Cancel"}}, kAllOpen},
+        {State::Sampling, "Connect_menu", {{kReplace, "This Window"}}, Shows("ConnectForm", kAllOpen)},
+        {State::Sampling, "Connect_menu", {{kReplace, "New Window"}}, NewWindow(kAllOpen)},
+        {State::Sampling, "Connect_menu", {{kReplace, "Cancel"}}, kAllOpen},
+        {State::SixWindows, "Connect_menu", {{kReplace, "New Window"}, {kSix, "OK"}}, kAllOpen},
         // Disconnecting.
-        {State::NoPort, "Disconnect_menu", {}, nullptr, "", false, false, 0, false},
-        {State::LoadedDat, "Disconnect_menu", {}, nullptr, "", false, false, 0, false},
-        {State::Stopped, "Disconnect_menu", {{kSleep, "Yes"}}, nullptr, "SLEEP\r", false, true},
-        {State::Stopped, "Disconnect_menu", {{kSleep, "No"}}, nullptr, "", false, true},
-        {State::Stopped, "Disconnect_menu", {{kSleep, "Cancel"}}, nullptr, "", true, true},
-        {State::Asleep, "Disconnect_menu", {}, nullptr, "", false, true},
-        {State::Sampling, "Disconnect_menu", {{kSleep, "No"}}, nullptr, "", false, true},
-        {State::Sampling, "Disconnect_menu", {{kSleep, "Cancel"}}, nullptr, "", true, true},
+        {State::NoPort, "Disconnect_menu", {}, kNotToBeChosen},
+        {State::LoadedDat, "Disconnect_menu", {}, kNotToBeChosen},
+        {State::Stopped, "Disconnect_menu", {{kSleep, "Yes"}}, Sends("SLEEP\r", kFilesOpen)},
+        {State::Stopped, "Disconnect_menu", {{kSleep, "No"}}, kFilesOpen},
+        {State::Stopped, "Disconnect_menu", {{kSleep, "Cancel"}}, kAllOpen},
+        {State::Asleep, "Disconnect_menu", {}, kFilesOpen},
+        {State::Sampling, "Disconnect_menu", {{kSleep, "No"}}, kFilesOpen},
+        {State::Sampling, "Disconnect_menu", {{kSleep, "Cancel"}}, kAllOpen},
         {State::Sampling,
          "Disconnect_menu",
          {{kSleep, "Yes"}, {kNoSleep, "Yes"}},
-         nullptr,
-         "SLEEP\r",
-         false,
-         true},
-        {State::Sampling,
-         "Disconnect_menu",
-         {{kSleep, "Yes"}, {kNoSleep, "No"}},
-         nullptr,
-         "SLEEP\r",
-         true,
-         true},
+         Sends("SLEEP\r", kFilesOpen)},
+        {State::Sampling, "Disconnect_menu", {{kSleep, "Yes"}, {kNoSleep, "No"}}, Sends("SLEEP\r", kAllOpen)},
         {State::Sampling,
          "Disconnect_menu",
          {{kSleep, "Yes"}, {kNoSleep, "Cancel"}},
-         nullptr,
-         "SLEEP\r",
-         true,
-         true},
+         Sends("SLEEP\r", kAllOpen)},
         // Starting and stopping.
-        {State::NoPort, "Start_Stop_menu", {}, nullptr, "", false, false, 0, false},
-        {State::LoadedRaw, "Start_Stop_menu", {}, nullptr, "", false, false, 0, false},
-        {State::Asleep, "Start_Stop_menu", {}, nullptr, "", true, true, 0, false},
-        {State::Stopped, "Start_Stop_menu", {}, nullptr, "START,0\r", true, true},
-        {State::Sampling, "Start_Stop_menu", {}, nullptr, "STOP\r", true, true},
-        {State::Stopped, "Sleep_menu", {}, nullptr, "SLEEP\r", true, true},
-        {State::NoPort, "Sleep_menu", {}, nullptr, "", false, false, 0, false},
+        {State::NoPort, "Start_Stop_menu", {}, kNotToBeChosen},
+        {State::LoadedRaw, "Start_Stop_menu", {}, kNotToBeChosen},
+        {State::Asleep, "Start_Stop_menu", {}, kNotToBeChosen},
+        {State::Stopped, "Start_Stop_menu", {}, Sends("START,0\r", kAllOpen)},
+        {State::Sampling, "Start_Stop_menu", {}, Sends("STOP\r", kAllOpen)},
+        {State::Stopped, "Sleep_menu", {}, Sends("SLEEP\r", kAllOpen)},
+        {State::NoPort, "Sleep_menu", {}, kNotToBeChosen},
         // New data files.
-        {State::NoPort, "New_File_Menu", {}, "ConnectForm", "", false, false},
-        {State::Stopped, "New_File_Menu", {{kUnsaved, "No"}}, nullptr, "", true, true},
-        {State::Stopped, "New_File_Menu", {{kUnsaved, "Cancel"}}, nullptr, "", true, true},
-        {State::Stopped, "New_File_Menu", {{kUnsaved, "Yes"}}, "SaveFileDialog", "", true, true},
-        {State::Sampling, "New_File_Menu", {{kUnsaved, "No"}, {kReceiving, "Yes"}}, nullptr, "", true, true},
-        {State::Sampling,
-         "New_File_Menu",
-         {{kUnsaved, "No"}, {kReceiving, "Cancel"}},
-         nullptr,
-         "",
-         true,
-         true},
+        {State::NoPort, "New_File_Menu", {}, Shows("ConnectForm", kNothingOpen)},
+        {State::Stopped, "New_File_Menu", {{kUnsaved, "No"}}, kAllOpen},
+        {State::Stopped, "New_File_Menu", {{kUnsaved, "Cancel"}}, kAllOpen},
+        {State::Stopped, "New_File_Menu", {{kUnsaved, "Yes"}}, Shows("SaveFileDialog", kAllOpen)},
+        {State::Sampling, "New_File_Menu", {{kUnsaved, "No"}, {kReceiving, "Yes"}}, kAllOpen},
+        {State::Sampling, "New_File_Menu", {{kUnsaved, "No"}, {kReceiving, "Cancel"}}, kAllOpen},
         // Closing them.
-        {State::Stopped, "CloseFile_menu", {{kUnsaved, "No"}}, nullptr, "", true, false},
-        {State::Stopped, "CloseFile_menu", {{kUnsaved, "Cancel"}}, nullptr, "", true, true},
-        {State::Stopped, "CloseFile_menu", {{kUnsaved, "Yes"}}, "SaveFileDialog", "", true, true},
-        {State::Asleep, "CloseFile_menu", {{kUnsaved, "No"}}, nullptr, "", true, false},
-        {State::Sampling,
-         "CloseFile_menu",
-         {{kUnsaved, "No"}, {kReceiving, "Yes"}},
-         nullptr,
-         "",
-         true,
-         false},
-        {State::Sampling,
-         "CloseFile_menu",
-         {{kUnsaved, "No"}, {kReceiving, "Cancel"}},
-         nullptr,
-         "",
-         true,
-         true},
-        {State::LoadedRaw, "CloseFile_menu", {}, nullptr, "", false, false},
-        {State::LoadedDat, "CloseFile_menu", {}, nullptr, "", false, false},
+        {State::Stopped, "CloseFile_menu", {{kUnsaved, "No"}}, kPortOpen},
+        {State::Stopped, "CloseFile_menu", {{kUnsaved, "Cancel"}}, kAllOpen},
+        {State::Stopped, "CloseFile_menu", {{kUnsaved, "Yes"}}, Shows("SaveFileDialog", kAllOpen)},
+        {State::Asleep, "CloseFile_menu", {{kUnsaved, "No"}}, kPortOpen},
+        {State::Sampling, "CloseFile_menu", {{kUnsaved, "No"}, {kReceiving, "Yes"}}, kPortOpen},
+        {State::Sampling, "CloseFile_menu", {{kUnsaved, "No"}, {kReceiving, "Cancel"}}, kAllOpen},
+        {State::LoadedRaw, "CloseFile_menu", {}, kNothingOpen},
+        {State::LoadedDat, "CloseFile_menu", {}, kNothingOpen},
         // Opening and saving.
-        {State::NoPort, "Open_File_menu", {}, "OpenFileDialog", "", false, false},
-        {State::Sampling, "Open_File_menu", {}, "OpenFileDialog", "", true, true},
-        {State::LoadedDat, "Open_File_menu", {}, "OpenFileDialog", "", false, false},
-        {State::Stopped, "SaveAsItem", {}, "SaveFileDialog", "", true, true},
-        {State::Sampling, "SaveAsItem", {}, "SaveFileDialog", "", true, true},
-        {State::LoadedRaw, "SaveAsItem", {}, "SaveFileDialog", "", false, false},
+        {State::NoPort, "Open_File_menu", {}, Shows("OpenFileDialog", kNothingOpen)},
+        {State::Sampling, "Open_File_menu", {}, Shows("OpenFileDialog", kAllOpen)},
+        {State::LoadedDat, "Open_File_menu", {}, Shows("OpenFileDialog", kNothingOpen)},
+        {State::Stopped, "SaveAsItem", {}, Shows("SaveFileDialog", kAllOpen)},
+        {State::Sampling, "SaveAsItem", {}, Shows("SaveFileDialog", kAllOpen)},
+        {State::LoadedRaw, "SaveAsItem", {}, Shows("SaveFileDialog", kNothingOpen)},
         // Another calibration.
-        {State::NoPort, "SelectCalItem", {}, "OpenFileDialog", "", false, false},
-        {State::LoadedRaw, "SelectCalItem", {}, "OpenFileDialog", "", false, false},
-        {State::LoadedDat, "SelectCalItem", {{kAlready, "Select"}}, "OpenFileDialog", "", false, false},
-        {State::LoadedDat, "SelectCalItem", {{kAlready, "Cancel"}}, nullptr, "", false, false},
+        {State::NoPort, "SelectCalItem", {}, Shows("OpenFileDialog", kNothingOpen)},
+        {State::LoadedRaw, "SelectCalItem", {}, Shows("OpenFileDialog", kNothingOpen)},
+        {State::LoadedDat, "SelectCalItem", {{kAlready, "Select"}}, Shows("OpenFileDialog", kNothingOpen)},
+        {State::LoadedDat, "SelectCalItem", {{kAlready, "Cancel"}}, kNothingOpen},
         {State::ChangedCal,
          "SelectCalItem",
          {{kCalChanged, "Don't Save"}},
-         "OpenFileDialog",
-         "",
-         false,
-         false},
+         Shows("OpenFileDialog", kNothingOpen)},
         {State::ChangedCal,
          "SelectCalItem",
          {{kCalChanged, "Save As..."}},
-         "SaveFileDialog",
-         "",
-         false,
-         false},
-        {State::ChangedCal, "SelectCalItem", {{kCalChanged, "Cancel"}}, nullptr, "", false, false},
-        {State::Sampling, "SelectCalItem", {{kCollected, "Cancel"}}, nullptr, "", true, true},
+         Shows("SaveFileDialog", kNothingOpen)},
+        {State::ChangedCal, "SelectCalItem", {{kCalChanged, "Cancel"}}, kNothingOpen},
+        {State::Sampling, "SelectCalItem", {{kCollected, "Cancel"}}, kAllOpen},
         {State::Sampling,
          "SelectCalItem",
          {{kCollected, "Close File"}, {kUnsaved, "No"}, {kReceiving, "Yes"}},
-         "OpenFileDialog",
-         "",
-         true,
-         false},
-        {State::Sampling,
-         "SelectCalItem",
-         {{kCollected, "Close File"}, {kUnsaved, "Cancel"}},
-         nullptr,
-         "",
-         true,
-         true},
+         Shows("OpenFileDialog", kPortOpen)},
+        {State::Sampling, "SelectCalItem", {{kCollected, "Close File"}, {kUnsaved, "Cancel"}}, kAllOpen},
         {State::Stopped,
          "SelectCalItem",
          {{kCollected, "Close File"}, {kUnsaved, "No"}},
-         "OpenFileDialog",
-         "",
-         true,
-         false},
+         Shows("OpenFileDialog", kPortOpen)},
         // Calibrating.
-        {State::NoPort, "DoCalMenu", {{kEquipment, "No"}}, nullptr, "", false, false},
-        {State::NoPort, "DoCalMenu", {{kEquipment, "Yes"}, {kNoModel, "OK"}}, nullptr, "", false, false},
+        {State::NoPort, "DoCalMenu", {{kEquipment, "No"}}, kNothingOpen},
+        {State::NoPort, "DoCalMenu", {{kEquipment, "Yes"}, {kNoModel, "OK"}}, kNothingOpen},
         {State::LoadedRaw,
          "DoCalMenu",
          {{kEquipment, "Yes"}, {kConnectNow, "No"}},
-         nullptr,
-         "",
-         false,
-         false,
-         0,
-         true,
-         "workbench"},
-        {State::LoadedRaw,
-         "DoCalMenu",
-         {{kEquipment, "Yes"}, {kConnectNow, "Cancel"}},
-         nullptr,
-         "",
-         false,
-         false},
+         Reaches("workbench", kNothingOpen)},
+        {State::LoadedRaw, "DoCalMenu", {{kEquipment, "Yes"}, {kConnectNow, "Cancel"}}, kNothingOpen},
         {State::LoadedRaw,
          "DoCalMenu",
          {{kEquipment, "Yes"}, {kConnectNow, "Yes"}},
-         "ConnectForm",
-         "",
-         false,
-         false},
+         Shows("ConnectForm", kNothingOpen)},
         {State::Stopped,
          "DoCalMenu",
          {{kEquipment, "Yes"}, {kUnsaved, "No"}},
-         nullptr,
-         "",
-         true,
-         false,
-         0,
-         true,
-         "workbench"},
-        {State::Stopped, "DoCalMenu", {{kEquipment, "Yes"}, {kUnsaved, "Cancel"}}, nullptr, "", true, true},
+         Reaches("workbench", kPortOpen)},
+        {State::Stopped, "DoCalMenu", {{kEquipment, "Yes"}, {kUnsaved, "Cancel"}}, kAllOpen},
         {State::Stopped,
          "DoCalMenu",
          {{kEquipment, "Yes"}, {kUnsaved, "Yes"}},
-         "SaveFileDialog",
-         "",
-         true,
-         true},
-        {State::Asleep, "DoCalMenu", {{kEquipment, "Yes"}, {kAsleep, "OK"}}, nullptr, "", true, true},
+         Shows("SaveFileDialog", kAllOpen)},
+        {State::Asleep, "DoCalMenu", {{kEquipment, "Yes"}, {kAsleep, "OK"}}, kAllOpen},
         {State::Sampling,
          "DoCalMenu",
          {{kEquipment, "Yes"}, {kUnsaved, "No"}, {kReceiving, "Yes"}},
-         nullptr,
-         "",
-         true,
-         false,
-         0,
-         true,
-         "workbench"},
+         Reaches("workbench", kPortOpen)},
         {State::Sampling,
          "DoCalMenu",
          {{kEquipment, "Yes"}, {kUnsaved, "No"}, {kReceiving, "Cancel"}},
-         nullptr,
-         "",
-         true,
-         true},
-        {State::SixWindows, "DoCalMenu", {{kEquipment, "No"}}, nullptr, "", true, true},
-        {State::Delph, "DoCalMenu", {{kIntoDelph, "Yes"}}, nullptr, "", true, true, 0, true, "file"},
-        {State::Delph, "DoCalMenu", {{kIntoDelph, "Cancel"}}, nullptr, "", true, true},
-        {State::LostDelph, "DoCalMenu", {}, nullptr, "", false, false, 0, false},
+         kAllOpen},
+        {State::SixWindows, "DoCalMenu", {{kEquipment, "No"}}, kAllOpen},
+        {State::Delph, "DoCalMenu", {{kIntoDelph, "Yes"}}, Reaches("file", kAllOpen)},
+        {State::Delph, "DoCalMenu", {{kIntoDelph, "Cancel"}}, kAllOpen},
+        {State::LostDelph, "DoCalMenu", {}, kNotToBeChosen},
         // Operations whose windows are still to come.
-        {State::NoPort, "Transfer_menu", {}, nullptr, "", false, false, 0, false},
-        {State::Stopped, "Transfer_menu", {}, nullptr, "", true, true, 0, false},
-        {State::Sampling, "Transfer_menu", {}, nullptr, "", true, true, 0, false},
-        {State::NoPort, "Reset_menu", {}, nullptr, "", false, false, 0, false},
-        {State::Stopped, "Reset_menu", {}, nullptr, "", true, true, 0, false},
-        {State::Asleep, "Reset_menu", {}, nullptr, "", true, true, 0, false},
+        {State::NoPort, "Transfer_menu", {}, kNotToBeChosen},
+        {State::Stopped, "Transfer_menu", {}, kNotToBeChosen},
+        {State::Sampling, "Transfer_menu", {}, kNotToBeChosen},
+        {State::NoPort, "Reset_menu", {}, kNotToBeChosen},
+        {State::Stopped, "Reset_menu", {}, kNotToBeChosen},
+        {State::Asleep, "Reset_menu", {}, kNotToBeChosen},
         // Closing the window.
-        {State::ChangedCal, "CloseWindowItem", {{kCalChanged, "Cancel"}}, nullptr, "", false, false},
-        {State::Stopped, "CloseWindowItem", {{kUnsaved, "Cancel"}}, nullptr, "", true, true},
-        {State::Sampling,
-         "CloseWindowItem",
-         {{kUnsaved, "No"}, {kReceiving, "Cancel"}},
-         nullptr,
-         "",
-         true,
-         true},
-        {State::Asleep, "CloseWindowItem", {{kUnsaved, "Cancel"}}, nullptr, "", true, true},
+        {State::ChangedCal, "CloseWindowItem", {{kCalChanged, "Cancel"}}, kNothingOpen},
+        {State::Stopped, "CloseWindowItem", {{kUnsaved, "Cancel"}}, kAllOpen},
+        {State::Sampling, "CloseWindowItem", {{kUnsaved, "No"}, {kReceiving, "Cancel"}}, kAllOpen},
+        {State::Asleep, "CloseWindowItem", {{kUnsaved, "Cancel"}}, kAllOpen},
     };
     return rows;
 }
@@ -449,30 +383,31 @@ TEST_P(CommandTableTest, AsksSendsAndLeaves) {
     auto* const item = form->findChild<QAction*>(row.item);
     ASSERT_NE(item, nullptr);
     Run(2 * kTick);
-    ASSERT_EQ(item->isEnabled(), row.enabled);
-    if (!row.enabled) return;
+    ASSERT_EQ(item->isEnabled(), row.after.has_value());
+    if (!row.after) return;
+    const After& after = *row.after;
     sent.clear();
     item->trigger();
     Run(2 * kTick);
     for (const Answered& question : row.questions) Answer(form, question);
     EXPECT_EQ(Message(form), "no YesNoCancelForm");
-    if (row.dialog != nullptr) {
-        QDialog* const dialog = Open(form, row.dialog);
+    if (after.dialog != nullptr) {
+        QDialog* const dialog = Open(form, after.dialog);
         ASSERT_NE(dialog, nullptr);
         dialog->reject();
     }
     Run(std::chrono::seconds(1));
-    EXPECT_EQ(shell->Windows().size(), windows + static_cast<std::size_t>(row.newWindows));
+    EXPECT_EQ(shell->Windows().size(), windows + static_cast<std::size_t>(after.newWindows));
     ASSERT_FALSE(shell->Windows().empty());
     const DataWindow& window = form->Window();
-    EXPECT_EQ(sent.empty(), *row.sent == '\0') << sent;
-    EXPECT_NE(sent.find(row.sent), std::string::npos) << sent;
-    EXPECT_EQ(reached, row.reached);
-    EXPECT_EQ(window.Link.Line().IsOpen(), row.portOpen);
-    EXPECT_EQ(window.Files.AnyOpen(), row.filesOpen);
-    EXPECT_EQ(std::filesystem::exists(folder / "0.raw"), row.filesOpen);
-    EXPECT_EQ(form->findChild<QAction*>("Disconnect_menu")->isEnabled(), row.portOpen);
-    EXPECT_FALSE(window.Link.State.Connected && !row.portOpen);
+    EXPECT_EQ(sent.empty(), *after.sent == '\0') << sent;
+    EXPECT_NE(sent.find(after.sent), std::string::npos) << sent;
+    EXPECT_EQ(reached, after.reached);
+    EXPECT_EQ(window.Link.Line().IsOpen(), after.portOpen);
+    EXPECT_EQ(window.Files.AnyOpen(), after.filesOpen);
+    EXPECT_EQ(std::filesystem::exists(folder / "0.raw"), after.filesOpen);
+    EXPECT_EQ(form->findChild<QAction*>("Disconnect_menu")->isEnabled(), after.portOpen);
+    EXPECT_FALSE(window.Link.State.Connected && !after.portOpen);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, CommandTableTest, testing::ValuesIn(Rows()));

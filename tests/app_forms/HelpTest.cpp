@@ -1,16 +1,15 @@
 #include <QAction>
-#include <QDesktopServices>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMessageBox>
 #include <QRegularExpression>
-#include <QUrl>
 #include <array>
 #include <fstream>
 #include <sstream>
 
 #include "app/forms/About.h"
 #include "app/forms/HelpPages.h"
+#include "app_forms/Browser.h"
 #include "app_forms/FormsFixture.h"
 #include "common/Version.h"
 #include "platform/Paths.h"
@@ -18,19 +17,6 @@
 
 namespace marisonde {
 namespace {
-
-/// Stands in for the system's browser.
-class Browser : public QObject {
-    Q_OBJECT
-
-  public:
-    Browser() { QDesktopServices::setUrlHandler("file", this, "Open"); }
-    ~Browser() override { QDesktopServices::unsetUrlHandler("file"); }
-    QStringList shown;
-
-  public slots:
-    void Open(const QUrl& url) { shown << url.toLocalFile(); }
-};
 
 class HelpTest : public FormsFixture {
   protected:
@@ -50,8 +36,9 @@ TEST_F(HelpTest, EachItemShowsItsPage) {
         ASSERT_NE(action, nullptr) << item;
         action->trigger();
         ASSERT_EQ(browser.shown.size(), 1) << item;
-        EXPECT_EQ(QFileInfo(browser.shown[0]).fileName(), page);
-        EXPECT_TRUE(QFileInfo::exists(browser.shown[0])) << browser.shown[0].toStdString();
+        EXPECT_EQ(browser.shown[0].fileName(), page);
+        EXPECT_TRUE(QFileInfo::exists(browser.shown[0].toLocalFile()))
+            << browser.shown[0].toString().toStdString();
     }
     EXPECT_EQ(form->findChild<QAction*>("QuickStartItem")->shortcut(), QKeySequence(Qt::Key_F1));
 }
@@ -69,7 +56,7 @@ TEST_F(HelpTest, AboutOfAParameterFormShowsItsPage) {
         ASSERT_NE(form, nullptr) << name;
         form->findChild<QAbstractButton*>("AboutButton")->click();
         ASSERT_EQ(browser.shown.size(), 1) << name;
-        EXPECT_EQ(QFileInfo(browser.shown[0]).fileName(), page);
+        EXPECT_EQ(browser.shown[0].fileName(), page);
         EXPECT_TRUE(form->isVisible());
         form->reject();
     }
@@ -123,5 +110,3 @@ TEST_F(HelpTest, AboutTellsVersionLicenceAndLibraries) {
 
 }  // namespace
 }  // namespace marisonde
-
-#include "HelpTest.moc"

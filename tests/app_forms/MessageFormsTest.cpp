@@ -1,4 +1,3 @@
-#include <QDesktopServices>
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
@@ -9,6 +8,7 @@
 
 #include "app/forms/ErrorForm.h"
 #include "app/forms/YesNoCancelForm.h"
+#include "app_forms/Browser.h"
 
 namespace marisonde {
 namespace {
@@ -174,19 +174,6 @@ TEST(OKCancelForm, MayBeRefused) {
     EXPECT_EQ(MessageOf(refused), "Go on?");
 }
 
-/// Takes what would open in the system's file browser.
-class Browser : public QObject {
-    Q_OBJECT
-
-  public:
-    Browser() { QDesktopServices::setUrlHandler("file", this, "Show"); }
-    ~Browser() override { QDesktopServices::unsetUrlHandler("file"); }
-    QList<QUrl> shown;
-
-  public slots:
-    void Show(const QUrl& url) { shown.push_back(url); }
-};
-
 TEST(SaveErrorAlert, OpensTheFolderWhereTheDataAre) {
     Browser browser;
     QWidget window;
@@ -203,5 +190,3 @@ TEST(SaveErrorAlert, OpensTheFolderWhereTheDataAre) {
 
 }  // namespace
 }  // namespace marisonde
-
-#include "MessageFormsTest.moc"

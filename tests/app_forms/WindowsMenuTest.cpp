@@ -1,10 +1,10 @@
 #include <QAction>
-#include <QDesktopServices>
 #include <QMenu>
 #include <QPushButton>
 
 #include "app/forms/NoticeStrip.h"
 #include "app/forms/ShowStartNotices.h"
+#include "app_forms/Browser.h"
 #include "app_forms/FormsFixture.h"
 #include "common/Version.h"
 #include "link/SimulatedPorts.h"
@@ -122,19 +122,6 @@ class StartNoticesTest : public FormsFixture {
     std::string Seen() const { return settings.GetSetting("App", kVersion, "-"); }
 };
 
-/// Takes the place of the browser.
-class Browser final : public QObject {
-    Q_OBJECT
-
-  public:
-    Browser() { QDesktopServices::setUrlHandler("file", this, "Open"); }
-    ~Browser() override { QDesktopServices::unsetUrlHandler("file"); }
-    QList<QUrl> opened;
-
-  public slots:
-    void Open(const QUrl& url) { opened.push_back(url); }
-};
-
 TEST_F(StartNoticesTest, NoticesComeOneAfterTheOtherAndHoldUpNothing) {
     MainForm* const form = Sampling();
     StartFacts facts;
@@ -162,8 +149,8 @@ TEST_F(StartNoticesTest, YesOpensTheReleaseNotesAndAsksNoMore) {
     EXPECT_NE(Notice(form).find("Would you like to view the release notes"), std::string::npos);
     EXPECT_EQ(Seen(), "-") << "an unanswered question comes again";
     Click(form, "YesButton");
-    ASSERT_EQ(browser.opened.size(), 1);
-    EXPECT_TRUE(browser.opened[0].path().endsWith("releasenotes.htm"));
+    ASSERT_EQ(browser.shown.size(), 1);
+    EXPECT_TRUE(browser.shown[0].path().endsWith("releasenotes.htm"));
     EXPECT_EQ(Seen(), "TRUE");
     EXPECT_EQ(Notice(form), "none");
     EXPECT_TRUE(StartNotices({}, settings).empty());
@@ -174,7 +161,7 @@ TEST_F(StartNoticesTest, NoOpensNothingAndAsksNoMore) {
     MainForm* const form = Empty();
     ShowStartNotices(*form, settings, StartNotices({}, settings));
     Click(form, "NoButton");
-    EXPECT_TRUE(browser.opened.empty());
+    EXPECT_TRUE(browser.shown.empty());
     EXPECT_EQ(Seen(), "TRUE");
     EXPECT_EQ(Notice(form), "none");
 }
@@ -202,5 +189,3 @@ TEST_F(StartNoticesTest, ALongNoticeLeavesTheGraphItsRoom) {
 
 }  // namespace
 }  // namespace marisonde
-
-#include "WindowsMenuTest.moc"

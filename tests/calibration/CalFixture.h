@@ -49,9 +49,36 @@ inline Cal Corvane2Cal() {
     return cal;
 }
 
+/// A channel that has nothing but gains and a sigma.
+inline std::string BareChannelText(const char* number, const char* sigma1, const char* sigmaExp) {
+    std::string text = R"(
+[Channel NUMBER]
+Name=
+Gain1=1
+Gain2=10
+Gain3=100
+Gain4=1000
+Gain5=10000
+Mu=0
+Sigma1=SIGMA_1	//not used by v2.7 and later
+Sigma2=0
+Sigma3=0
+SigmaExp=SIGMA_EXP
+RNominal=1
+Beta2Bb=0
+MuRho=0
+TempCoeff=0
+)";
+    text.replace(text.find("NUMBER"), 6, number);
+    text.replace(text.find("SIGMA_1"), 7, sigma1);
+    text.replace(text.find("SIGMA_EXP"), 9, sigmaExp);
+    return text;
+}
+
 // Sigma1 of channel 1: 1 - 2 x 0.01137 - 3 x 0.01137^2 = 0.976872169 -> 0.976872;
 // of channel 2: exp(-0.25 x 0.01137) = 0.997161536 -> 0.997162.
-inline constexpr std::string_view kCorvane2Text = R"([Comment]
+inline const std::string kCorvane2Text =
+    R"([Comment]
 after service
 [General]          //Saved by Marisonde 2.85
 DeviceType=Corvane-2
@@ -80,41 +107,7 @@ RNominal=4000
 Beta2Bb=1.1
 MuRho=0.98
 TempCoeff=0.000123
-
-[Channel 2]
-Name=
-Gain1=1
-Gain2=10
-Gain3=100
-Gain4=1000
-Gain5=10000
-Mu=0
-Sigma1=0.997162	//not used by v2.7 and later
-Sigma2=0
-Sigma3=0
-SigmaExp=0.25
-RNominal=1
-Beta2Bb=0
-MuRho=0
-TempCoeff=0
-
-[Channel 3]
-Name=
-Gain1=1
-Gain2=10
-Gain3=100
-Gain4=1000
-Gain5=10000
-Mu=0
-Sigma1=1	//not used by v2.7 and later
-Sigma2=0
-Sigma3=0
-SigmaExp=0
-RNominal=1
-Beta2Bb=0
-MuRho=0
-TempCoeff=0
-[End]
-)";
+)" + BareChannelText("2", "0.997162", "0.25") +
+    BareChannelText("3", "1", "0") + "[End]\n";
 
 }  // namespace marisonde

@@ -81,7 +81,40 @@ Cal Delph() {
 }
 
 // The pressure polynomial at P2 = 4 is 2 + 0.5 x 4 = 4: 0.5 and 0.125 are written.
-constexpr std::string_view kDelphText = R"([General]          //Saved by Marisonde 2.85
+std::string DelphBeamText(const char* number, const char* lambda) {
+    std::string text = R"(
+[Attenuation NUMBER]
+Name=c(LAMBDA_NM)
+Lambda=LAMBDA_NM
+DeltaLambda=20
+L=0.1
+S0=101
+R0=102
+kT0=1
+kT1=0
+kT2=0
+kT3=0
+kT4=0
+kT5=0
+P1=100
+P2=4
+kTauPX=1.234567E-02
+kTauP0=0.5
+kTauP1=0.125
+kTauP2=0
+kTauP3=0
+kTauP4=0
+kTauP5=0
+Tau0=0.123456789012345
+TPW=19.5
+)";
+    text.replace(text.find("NUMBER"), 6, number);
+    for (int i = 0; i < 2; ++i) text.replace(text.find("LAMBDA_NM"), 9, lambda);
+    return text;
+}
+
+const std::string kDelphText =
+    R"([General]          //Saved by Marisonde 2.85
 DeviceType=Delph-4
 Serial=D4-12
 Label=
@@ -96,59 +129,8 @@ P0=10
 TP0=20
 kD1=0.5
 kD2=1E-08
-
-[Attenuation 1]
-Name=c(470)
-Lambda=470
-DeltaLambda=20
-L=0.1
-S0=101
-R0=102
-kT0=1
-kT1=0
-kT2=0
-kT3=0
-kT4=0
-kT5=0
-P1=100
-P2=4
-kTauPX=1.234567E-02
-kTauP0=0.5
-kTauP1=0.125
-kTauP2=0
-kTauP3=0
-kTauP4=0
-kTauP5=0
-Tau0=0.123456789012345
-TPW=19.5
-
-[Attenuation 2]
-Name=c(480)
-Lambda=480
-DeltaLambda=20
-L=0.1
-S0=101
-R0=102
-kT0=1
-kT1=0
-kT2=0
-kT3=0
-kT4=0
-kT5=0
-P1=100
-P2=4
-kTauPX=1.234567E-02
-kTauP0=0.5
-kTauP1=0.125
-kTauP2=0
-kTauP3=0
-kTauP4=0
-kTauP5=0
-Tau0=0.123456789012345
-TPW=19.5
-
-[End]
-)";
+)" + DelphBeamText("1", "470") +
+    DelphBeamText("2", "480") + "\n[End]\n";
 
 TEST(CalLayout, Delph) {
     EXPECT_EQ(Delph().CalText({}), WithCrLf(kDelphText));

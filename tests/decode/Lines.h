@@ -17,8 +17,7 @@ inline std::string Record(int commas) {
 }
 
 // The examples whose fields the tests work out by hand.
-inline const std::string kSample =
-    "*D4960A5F8"  // 1231070712 s
+inline const std::string kBehindTime =
     "03E8"
     "07D0"
     "0BB8"
@@ -31,21 +30,8 @@ inline const std::string kSample =
     "1F40"
     "3C"
     "02";  // pressure 8000, temperature count 60, error 2
-inline const std::string kHundredths =
-    "*T4960A5F8"
-    "32"  // 50 hundredths
-    "03E8"
-    "07D0"
-    "0BB8"
-    "0FA0"
-    "1388"
-    "1770"
-    "FFFF"
-    "0000"
-    "12345678"
-    "1F40"
-    "3C"
-    "02";
+inline const std::string kSample = "*D4960A5F8" + kBehindTime;        // 1231070712 s
+inline const std::string kHundredths = "*T4960A5F832" + kBehindTime;  // and 50 hundredths
 /// Slot i: signal 1000 + i, offset 16, reference 2016, offset 16 of it, background 5.
 inline const std::string kVerbose =
     "*V4960A5F8"

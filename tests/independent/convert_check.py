@@ -11,8 +11,8 @@ import random
 import subprocess
 import sys
 
-from convert_cases import (BACKSCATTER, BEAMS, MODELS, SLOTS, Calibration, Params, Sample, attempt, attempt32, normalised,
-                           polynomial, water_a, water_bb)
+from convert_cases import (BACKSCATTER, BEAMS, MODELS, SLOTS, Calibration, Params, Sample, attempt, attempt32,
+                           normalised, polynomial, water_a, water_bb)
 
 
 class Result:

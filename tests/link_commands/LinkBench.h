@@ -1,27 +1,21 @@
 #pragma once
 
 #include <chrono>
-#include <gtest/gtest.h>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "common/Clock.h"
 #include "link/Commands.h"
 #include "link/HandleResponse.h"
-#include "link/InputLoop.h"
-#include "link/InstrumentLink.h"
 #include "platform/Operations.h"
-#include "platform/Pump.h"
-#include "support/ScriptedLine.h"
+#include "support/ScriptedLink.h"
 
 namespace marisonde {
 
 using namespace std::chrono_literals;
 
-/// A connected window whose instrument is the test, in virtual time.
-class LinkBench : public testing::Test {
+/// A connected window.
+class LinkBench : public ScriptedLink {
   protected:
     LinkBench() { Use(InstTypeCode::Corvane6); }
 
@@ -43,10 +37,6 @@ class LinkBench : public testing::Test {
     void TickFor(Millis time, Millis step = 50ms) {
         for (Millis passed{0}; passed < time; passed += step) Tick(step);
     }
-    /// The instrument says these lines; they are read in the next tick.
-    void Say(const std::vector<std::string>& lines) {
-        for (const std::string& text : lines) line->Queue(text + "\r\n");
-    }
     void Hear(const std::vector<std::string>& lines) {
         Say(lines);
         Tick();
@@ -56,13 +46,6 @@ class LinkBench : public testing::Test {
         for (int i = 0; i < 2000 && !window.PendingOutput.empty(); ++i) window.SendPending();
         return line->TakeWritten();
     }
-
-    VirtualClock clock;
-    Pump pump{clock};
-    ScriptedLine* line = new ScriptedLine;
-    InstrumentLink window{2, clock, std::unique_ptr<SerialLine>(line)};
-    DataWindowState& state = window.State;
-    LineScratch scratch;
 };
 
 }  // namespace marisonde

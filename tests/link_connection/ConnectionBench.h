@@ -1,17 +1,14 @@
 #pragma once
 
 #include <chrono>
-#include <gtest/gtest.h>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "link/Connection.h"
 #include "link/HandleResponse.h"
-#include "link/InputLoop.h"
-#include "support/ScriptedLine.h"
+#include "support/ScriptedLink.h"
 
 namespace marisonde {
 
@@ -30,7 +27,7 @@ inline Lines DelphId() {
 }
 
 /// A window that connects to a scripted instrument, in virtual time.
-class ConnectionBench : public testing::Test {
+class ConnectionBench : public ScriptedLink {
   protected:
     void Begin(int port = 3, int baud = 9600) {
         operations.Start("Connect", [this, port, baud](Operation& operation) -> QCoro::Task<> {
@@ -63,21 +60,12 @@ class ConnectionBench : public testing::Test {
         TickFor(60s);
         return result.has_value();
     }
-    void Say(const Lines& lines) {
-        for (const std::string& text : lines) line->Queue(text + "\r\n");
-    }
 
     std::map<std::string, Lines> replies;  ///< by command line, without its CR
     std::string sent;                      ///< everything written
     std::optional<ConnectionTry> result;
     Millis endedAt{0};
 
-    VirtualClock clock;
-    Pump pump{clock};
-    ScriptedLine* line = new ScriptedLine;
-    InstrumentLink window{2, clock, std::unique_ptr<SerialLine>(line)};
-    DataWindowState& state = window.State;
-    LineScratch scratch;
     Millis begun = clock.Steady();
     std::vector<std::string> statuses;
     std::vector<ConnectionTry> looks;
