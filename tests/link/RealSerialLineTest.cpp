@@ -18,19 +18,11 @@
 namespace marisonde {
 namespace {
 
-/// The instrument's end of a pseudo-terminal.
+/// The instrument's end of a pseudo-terminal. Its device has a name of its own: the system gives the name of
+/// a terminal that was closed to the next that anybody opens.
 class PseudoTerminal {
   public:
-    PseudoTerminal() {
-        std::array<char, 256> name{};
-        int far = -1;
-        if (openpty(&near_, &far, name.data(), nullptr, nullptr) != 0) return;
-        device_ = name.data();
-        fcntl(near_, F_SETFL, O_NONBLOCK);
-        // The terminal hangs up when its far end is closed for the last time; held open, it can be opened
-        // again.
-        far_ = far;
-    }
+    PseudoTerminal() : device_(folder_.filePath(QStringLiteral("port")).toStdString()) { Plug(); }
     ~PseudoTerminal() { Pull(); }
     PseudoTerminal(const PseudoTerminal&) = delete;
     PseudoTerminal& operator=(const PseudoTerminal&) = delete;
@@ -51,8 +43,18 @@ class PseudoTerminal {
         tcgetattr(near_, &state);
         return cfgetospeed(&state);
     }
-    /// The cable is pulled.
+    /// The cable is plugged in.
+    void Plug() {
+        std::array<char, 256> name{};
+        // The terminal hangs up when its far end is closed for the last time; held open, it can be opened
+        // again.
+        ASSERT_EQ(openpty(&near_, &far_, name.data(), nullptr, nullptr), 0);
+        ASSERT_EQ(symlink(name.data(), device_.c_str()), 0);
+        fcntl(near_, F_SETFL, O_NONBLOCK);
+    }
+    /// The cable is pulled, and its device vanishes.
     void Pull() {
+        unlink(device_.c_str());
         for (int* end : {&near_, &far_}) {
             if (*end >= 0) close(*end);
             *end = -1;
@@ -60,9 +62,10 @@ class PseudoTerminal {
     }
 
   private:
+    QTemporaryDir folder_;
+    std::string device_;
     int near_ = -1;
     int far_ = -1;
-    std::string device_;
 };
 
 bool TurnUntil(const std::function<bool()>& met) {
@@ -152,7 +155,7 @@ TEST_F(RealSerialLineTest, AVanishedDeviceIsToldAndWhatHadArrivedIsKept) {
     line.SetBreak(true);
     line.DropInput();
     EXPECT_EQ(line.LastError().kind, LineError::Kind::Gone);
-    EXPECT_TRUE(line.Open(3, 9600));
+    EXPECT_EQ(line.Open(3, 9600).kind, LineError::Kind::NotFound);
 }
 
 TEST_F(RealSerialLineTest, ALineMayDieRightAfterItsDevice) {
@@ -166,24 +169,14 @@ TEST_F(RealSerialLineTest, ALineMayDieRightAfterItsDevice) {
 }
 
 TEST_F(RealSerialLineTest, ADeviceThatIsBackCanBeOpenedAgain) {
-    QTemporaryDir folder;
-    const std::string link = folder.filePath(QStringLiteral("port")).toStdString();
-    PseudoTerminal second;
-    PortTable table = PortTable::FromText("1=" + link);
-    RealSerialLine replugged(table);
-    ASSERT_EQ(symlink(terminal.Device().c_str(), link.c_str()), 0);
-    ASSERT_FALSE(replugged.Open(1, 9600)) << replugged.LastError().text;
+    ASSERT_FALSE(line.Open(3, 9600)) << line.LastError().text;
     terminal.Pull();
-    EXPECT_TRUE(TurnUntil([&] { return replugged.LastError().kind == LineError::Kind::Gone; }));
-    ASSERT_EQ(unlink(link.c_str()), 0);
-    EXPECT_EQ(replugged.Open(1, 9600).kind, LineError::Kind::NotFound);
-    ASSERT_EQ(symlink(second.Device().c_str(), link.c_str()), 0);
-    ASSERT_FALSE(replugged.Open(1, 9600)) << replugged.LastError().text;
-    second.Send("back");
-    EXPECT_TRUE(TurnUntil([&] {
-        replugged.ReadAll(read);
-        return read == "back";
-    }));
+    EXPECT_TRUE(TurnUntil([&] { return line.LastError().kind == LineError::Kind::Gone; }));
+    EXPECT_EQ(line.Open(3, 9600).kind, LineError::Kind::NotFound);
+    terminal.Plug();
+    ASSERT_FALSE(line.Open(3, 9600)) << line.LastError().text;
+    terminal.Send("back");
+    EXPECT_TRUE(ReadUntil("back"));
 }
 
 TEST_F(RealSerialLineTest, OpeningTellsWhyItFailed) {
