@@ -83,7 +83,8 @@ BatchRequest RequestOf(const ProcessFilesChoice& choice) {
     for (const std::string& name : choice.selected) request.files.push_back(choice.sourceFolder / name);
     request.decimal = choice.decimal;
     request.houseCheck = choice.houseCheck;
-    request.calFile = choice.calFile;
+    // The form takes no calibration for raw numbers: one that stands there may be gone long since.
+    if (!choice.decimal) request.calFile = choice.calFile;
     if (!choice.saveToSource) request.folder = choice.datFolder;
     return request;
 }
@@ -92,9 +93,12 @@ std::string_view BatchTitle(bool decimal) {
     return decimal ? "Saving Decimal Data" : "Saving Calibrated Data";
 }
 
-BatchConversion::BatchConversion(BatchRequest request, HeaderStamp stamp, const SigmaParams& sigma,
-                                 const PureWaterParams& water)
-    : request_(std::move(request)), stamp_(std::move(stamp)), sigma_(sigma), water_(water) {}
+BatchConversion::BatchConversion(BatchRequest request, HeaderStamp stamp, SigmaParams sigma,
+                                 PureWaterParams water)
+    : request_(std::move(request)),
+      stamp_(std::move(stamp)),
+      sigma_(std::move(sigma)),
+      water_(std::move(water)) {}
 
 std::string BatchConversion::Prepare() {
     if (request_.decimal && request_.calFile.empty()) return "";

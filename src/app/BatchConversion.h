@@ -53,8 +53,8 @@ std::string_view BatchTitle(bool decimal);
 /// nothing.
 class BatchConversion {
   public:
-    BatchConversion(BatchRequest request, HeaderStamp stamp, const SigmaParams& sigma,
-                    const PureWaterParams& water);
+    /// The parameters are those of now for all files, whatever the user changes meanwhile.
+    BatchConversion(BatchRequest request, HeaderStamp stamp, SigmaParams sigma, PureWaterParams water);
 
     /// Loads the calibration, if there is one to load. Empty: all is well; otherwise nothing can be
     /// converted.
@@ -70,8 +70,8 @@ class BatchConversion {
   private:
     BatchRequest request_;
     HeaderStamp stamp_;
-    const SigmaParams& sigma_;
-    const PureWaterParams& water_;
+    SigmaParams sigma_;
+    PureWaterParams water_;
     CalibrationDataClass calibration_;
     std::vector<std::string> messages_;
     std::set<std::filesystem::path> written_;

@@ -88,6 +88,32 @@ TEST_F(ProcessFilesTest, EveryFileBecomesOneBesideOrApart) {
               (std::set<std::string>{"a.raw", "b.raw", "c.raw", "a.dec", "b.dec", "c.dec"}));
 }
 
+/// The form keeps the name of a calibration while it converts into raw numbers; that file may be gone.
+TEST_F(ProcessFilesTest, RawNumbersAskForNoCalibration) {
+    choice.decimal = true;
+    choice.calFile = folder / "gone.cal";
+    Start();
+    Turn(5);
+    EXPECT_EQ(result, true);
+    EXPECT_EQ(Out(), (std::set<std::string>{"a.dec", "b.dec", "c.dec"}));
+    EXPECT_TRUE(dialogs.errors.empty());
+}
+
+TEST_F(ProcessFilesTest, AllFilesAreConvertedWithTheParametersOfTheBegin) {
+    WriteLong("a.raw");
+    sigma.C = 0.25;
+    water.gammaLambda = 4.5F;
+    Start();
+    ASSERT_FALSE(result);
+    sigma.C = 0.5;
+    water.gammaLambda = 4.25F;
+    Turn(5);
+    EXPECT_EQ(result, true);
+    const std::string text = TestFolder::Read(folder / "out/c.dat");
+    EXPECT_NE(text.find("\r\nC=0.25\r\n"), std::string::npos);
+    EXPECT_NE(text.find("\r\ngammaLambda=4.5\r\n"), std::string::npos);
+}
+
 TEST_F(ProcessFilesTest, WhatStandsAgainstItIsShownAndNothingIsDone) {
     choice.selected.clear();
     Start();
