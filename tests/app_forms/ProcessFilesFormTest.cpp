@@ -98,6 +98,20 @@ TEST_F(ProcessFilesFormTest, WorksOnBetweenTheTicks) {
     EXPECT_EQ(Out(), (std::set<std::string>{"a.dat", "B.dat"}));
 }
 
+TEST_F(ProcessFilesFormTest, ShownAgainAtWorkItKeepsWhatWaits) {
+    std::string cast;
+    for (int i = 0; i < 200000; ++i) cast += kLine;
+    TestFolder::Write(folder / "in/a.raw", cast);
+    Show();
+    FillIn();
+    QTest::mouseClick(Get<QPushButton>("ProcessButton"), Qt::LeftButton);
+    ASSERT_FALSE(Get<QPushButton>("ProcessButton")->isEnabled());
+    form->Show();
+    EXPECT_EQ(Get<QListWidget>("List1")->selectedItems().size(), 2);
+    for (int turns = 0; turns < 100 && !Get<QPushButton>("ProcessButton")->isEnabled(); ++turns) Settle();
+    EXPECT_TRUE(Get<QListWidget>("List1")->selectedItems().isEmpty());
+}
+
 TEST_F(ProcessFilesFormTest, DecimalDataNeedNoCalibration) {
     Show();
     FillIn();

@@ -143,7 +143,7 @@ void ProcessFilesForm::LayOut() {
 }
 
 void ProcessFilesForm::Show() {
-    FillList();
+    if (!working_) FillList();
     show();
     raise();
     activateWindow();

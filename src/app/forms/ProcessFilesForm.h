@@ -29,7 +29,8 @@ class ProcessFilesForm final : public QDialog {
     /// The work runs among `operations`, which end before the form dies. `app` outlives the form.
     ProcessFilesForm(AppContext& app, Operations& operations, QWidget* parent);
 
-    /// Shows the form, with the raw files that are in its source folder now.
+    /// Shows the form, with the raw files that are in its source folder now; while it is at work, with those
+    /// that wait for it.
     void Show();
     /// While it is at work: no further file. Otherwise the form closes.
     void reject() override;
