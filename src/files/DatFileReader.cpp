@@ -28,7 +28,10 @@ void DatFileReader::ReadHead() {
     std::string section;
     while (!rest.empty() && !dataSection_) {
         const std::string_view line = TakeCalLine(rest);
-        if (line.starts_with('[')) {
+        if (section == "[userheader]") {
+            // The one line behind is the user's own, whatever it looks like.
+            section.clear();
+        } else if (line.starts_with('[')) {
             section = LowerCase(Trim(line));
             dataSection_ = section == "[data]";
         } else {

@@ -73,6 +73,18 @@ TEST_F(DatFileReaderTest, EveryHeaderOfThisProgram) {
     }
 }
 
+TEST_F(DatFileReaderTest, TheUsersTextIsNoSection) {
+    for (const char* text : {"[Data]", "[Channels]", "[Header]", "[UserHeader]"}) {
+        std::string file;
+        WriteDatHeader(file, {text, 40000}, "", CalibrationOf(NTidal), {}, {});
+        const auto samples = SamplesOf(file + "40000,1,2,3,4\r\n");
+        EXPECT_EQ(samples.size(), 1U) << text;
+        EXPECT_EQ(reader.Type(), NTidal) << text;
+        EXPECT_EQ(reader.Channels(), (std::vector<std::string>{"n0", "n1", "n2"})) << text;
+        EXPECT_EQ(reader.Counts().PassedOver(), 0U) << text;
+    }
+}
+
 TEST_F(DatFileReaderTest, OneFormOfBackscatteringOfTheSameLines) {
     std::mt19937 random(14);
     std::string text;
