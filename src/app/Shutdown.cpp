@@ -30,6 +30,19 @@ std::string SourceOf(const DataWindow& window) {
     return named.empty() ? window.Link.State.InstSerial : named.string();
 }
 
+/// Saves under the names that the files have. What the instrument sent may have none beside its calibrated
+/// file, and would be gone: then the user is asked.
+QCoro::Task<bool> SaveBeforeClosing(Operation& operation, DataWindow& window) {
+    const DataFileState& files = window.Files.State();
+    const bool rawIsUnnamed = !files.rawTemporary.empty() && files.rawFinal.empty();
+    bool saved = false;
+    if (rawIsUnnamed && !files.datFinal.empty())
+        saved = co_await SaveAsMenuCommand(operation, window);
+    else
+        saved = co_await SaveFileMenuCommand(operation, window);
+    co_return saved;
+}
+
 QCoro::Task<bool> PutToSleep(Operation& operation, DataWindow& window) {
     const DataWindowState& state = window.Link.State;
     // It may have gone to sleep while the question stood, and the same command would wake it.
@@ -52,7 +65,7 @@ QCoro::Task<bool> CloseDataFiles(Operation& operation, DataWindow& window, bool 
         const Choice choice = co_await window.Ask().ShowChoiceDialog(operation, unsaved);
         if (choice == Choice::Third) co_return false;
         if (choice == Choice::First) {
-            const bool saved = co_await SaveFileMenuCommand(operation, window);
+            const bool saved = co_await SaveBeforeClosing(operation, window);
             if (!saved) co_return false;
         }
     }

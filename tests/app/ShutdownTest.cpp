@@ -1,4 +1,5 @@
 #include "app/FilesFixture.h"
+#include "app/SaveFile.h"
 #include "app/Shutdown.h"
 #include "link/Commands.h"
 
@@ -85,6 +86,20 @@ TEST_F(ShutdownTest, SavingCopiesBothFilesToTheUsersName) {
     EXPECT_TRUE(std::filesystem::exists(folder / "cast.raw"));
     EXPECT_TRUE(std::filesystem::exists(folder / "cast.dat"));
     EXPECT_EQ(app.prefs.SavePath, folder.Path().string() + "/");
+}
+
+/// Only the calibrated file has a name yet: what the instrument sent must not go with its temporary file.
+TEST_F(ShutdownTest, SavingAsksForTheNameThatIsMissing) {
+    DataWindow& window = Sampling();
+    dialogs.chosen = {{(folder / "values").string(), 2}};
+    Do(window, [&](Operation& operation) -> QCoro::Task<> { co_await SaveAsMenuCommand(operation, window); });
+    ASSERT_TRUE(std::filesystem::exists(folder / "values.dat"));
+    ASSERT_FALSE(std::filesystem::exists(folder / "values.raw"));
+    dialogs.chosen = {{(folder / "cast").string(), 0}};
+    EXPECT_EQ(Close(window, {Choice::First, Choice::First, Choice::Second}), true);
+    EXPECT_TRUE(std::filesystem::exists(folder / "cast.raw"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "cast.dat"));
+    EXPECT_EQ(dialogs.proposedBases.at(1), (folder / "values.dat").string());
 }
 
 TEST_F(ShutdownTest, CancelledSaveLeavesEverythingOpen) {
