@@ -1,6 +1,7 @@
 #include "app/SaveFile.h"
 
 #include <array>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -13,6 +14,8 @@
 #include "files/ConvertFile.h"
 #include "files/DataFileQuestions.h"
 #include "files/FileCopy.h"
+#include "files/LineReader.h"
+#include "files/RawFile.h"
 #include "platform/Operations.h"
 
 namespace marisonde {
@@ -128,8 +131,10 @@ QCoro::Task<bool> ConvertAs(Operation& operation, DataWindow& window, fs::path s
     const AppContext& app = window.App();
     const HeaderStamp stamp{app.prefs.UserHeader, app.clock.Now()};
     if (const auto trouble = window.Files.FlushNow(DataFileKind::Raw)) TellWhereDataAre(window, *trouble);
-    FileConversion conversion =
-        FileConversion::ToDat(source, name, stamp, window.Link.CalData, app.sigma, app.pureWater);
+    // The instrument may be in the middle of a line, whose beginning alone can look like another record.
+    const std::uint64_t most = window.Stored.IsShown() ? LineReader::kWhole : WholeLinesLength(source);
+    FileConversion conversion = FileConversion::ToDat(source, name, stamp, window.Link.CalData, app.sigma,
+                                                      app.pureWater, MakeDiskFile, most);
     const std::function<bool()> step = [&] { return conversion.Run(kLinesPerProgress); };
     const std::function<ReadProgress()> progress = [&] { return conversion.Progress(); };
     const std::string_view title = BatchTitle(false);

@@ -61,7 +61,7 @@ FileConversion::~FileConversion() = default;
 FileConversion FileConversion::ToDat(const fs::path& source, const fs::path& destination,
                                      const HeaderStamp& stamp, const CalibrationDataClass& calibration,
                                      const SigmaParams& sigma, const PureWaterParams& water,
-                                     const MakeOutputFile& makeFile) {
+                                     const MakeOutputFile& makeFile, std::uint64_t most) {
     FileConversion conversion;
     InstTypeCode told = InstTypeCode::Unknown;
     if (const std::string reason = ReasonAgainst(source, told); !reason.empty()) {
@@ -75,6 +75,7 @@ FileConversion FileConversion::ToDat(const fs::path& source, const fs::path& des
     parts.destination = destination;
     parts.converter = Converter(calibration, sigma, water);
     parts.reader.emplace(type, parts.converter);
+    parts.reader->ReadAtMost(most);
     WriteDatHeader(parts.text, stamp, source.string(), calibration, sigma, water);
     parts.writeSample = [type, betas](const RawFileReader& reader, std::string& out) {
         WriteDatLine(out, reader.Sample(), type, betas);

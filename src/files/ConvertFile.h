@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -8,6 +9,7 @@
 
 #include "common/InstTypes.h"
 #include "files/FileHeader.h"
+#include "files/LineReader.h"
 #include "files/OutputFile.h"
 #include "files/SampleReader.h"
 
@@ -41,11 +43,12 @@ class FileConversion {
   public:
     /// Decodes the raw file `source` as lines of the calibration's model, converts every sample and writes
     /// the calibrated file `destination`. A source that is a calibrated file is refused. The calibration
-    /// outlives the call only.
+    /// outlives the call only. Of a source that still grows, `most` bytes are read: those of its whole lines.
     static FileConversion ToDat(const std::filesystem::path& source, const std::filesystem::path& destination,
                                 const HeaderStamp& stamp, const CalibrationDataClass& calibration,
                                 const SigmaParams& sigma, const PureWaterParams& water,
-                                const MakeOutputFile& makeFile = MakeDiskFile);
+                                const MakeOutputFile& makeFile = MakeDiskFile,
+                                std::uint64_t most = LineReader::kWhole);
     /// The same without a calibration, into a table of raw numbers. `assumed` is the model of a source whose
     /// header and data lines tell none; without any model it is refused.
     static FileConversion ToDec(const std::filesystem::path& source, const std::filesystem::path& destination,

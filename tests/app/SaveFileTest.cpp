@@ -4,6 +4,7 @@
 #include "app/RecentFiles.h"
 #include "app/SaveFile.h"
 #include "app/Shutdown.h"
+#include "decode/Lines.h"
 #include "support/ReadOnlyFolder.h"
 
 namespace marisonde {
@@ -267,6 +268,18 @@ TEST_F(SaveFileTest, RawFileIsSavedAsACopyAndAsCalibratedData) {
     EXPECT_EQ(TestFolder::Read(folder / "copy.raw"), TestFolder::Read(cast.raw));
     EXPECT_EQ(DataOf(folder / "copy.dat"), DataOf(cast.dat));
     EXPECT_FALSE(window.LoadProgress);
+}
+
+/// A record of 15 commas cut off behind its 11th looks like another family's.
+TEST_F(SaveFileTest, ALineThatIsStillComingIsNotConverted) {
+    DataWindow& window = Keep(Scripted(Model::Delph2));
+    window.OpenDataFiles("raw", false);
+    port->Queue(lines::Record(15) + "\r\n" + lines::Record(15) + "\r\n" + lines::Record(11));
+    Run(window, kTick);
+    EXPECT_EQ(SaveAs(window, (folder / "copy").string()), true);
+    const std::string data = DataOf(folder / "copy.dat");
+    EXPECT_EQ(std::count(data.begin(), data.end(), '\n'), 2) << data;
+    EXPECT_TRUE(TestFolder::Read(folder / "copy.raw").ends_with(lines::Record(11)));
 }
 
 TEST_F(SaveFileTest, RawFileUnderItsOwnNameStaysAsItIs) {
