@@ -39,11 +39,19 @@ class Screen:
         return self.tool("search", "--onlyvisible", "--name", title)
 
     def wait_for(self, title):
-        """Waits for a window and clicks into its lower left corner, where nothing reacts, so that keys go to it."""
-        window = programs.wait_for("the window " + title, lambda: self.windows(title), 40)[-1]
-        size = dict(line.split("=") for line in self.tool("getwindowgeometry", "--shell", window))
-        self.tool("mousemove", "--window", window, 3, int(size["HEIGHT"]) - 3, "click", 1)
+        """Waits for a window and clicks into its lower left corner, where nothing reacts, so that keys go to it; a
+        program that is busy takes notice of the click later, and would not know whose keys come before."""
+        try:
+            window = programs.wait_for("the window " + title, lambda: self.windows(title), 40)[-1]
+            size = dict(line.split("=") for line in self.tool("getwindowgeometry", "--shell", window))
+            self.tool("mousemove", "--window", window, 3, int(size["HEIGHT"]) - 3, "click", 1)
+            programs.wait_for("the focus on " + title, lambda: self.tool("getwindowfocus") == [window])
+        except AssertionError as error:
+            raise AssertionError(f"{error}; there are the windows {self.titles()}") from None
         return window
+
+    def titles(self):
+        return [" ".join(self.tool("getwindowname", window)) for window in self.windows("")]
 
     def wait_until_gone(self, title, seconds=20.0):
         programs.wait_for("the end of the window " + title, lambda: not self.windows(title), seconds)
