@@ -15,6 +15,8 @@ namespace marisonde {
 namespace {
 
 constexpr std::string_view kOpen = "--open";
+constexpr std::string_view kPort = "--port";
+constexpr std::string_view kDemo = "--demo";
 
 std::string Quoted(std::string_view text) {
     return "'" + std::string(text) + "'";
@@ -93,17 +95,17 @@ struct OptionRow {
     std::string (*set)(CommandLine&, std::string_view);
     std::string_view valueName;
     std::string_view help;
+    std::string_view goesWith = {};  ///< the option without which this one says nothing; may be empty
 };
 
 constexpr std::array kOptions{
-    OptionRow{"--port", SetPort, "N", "open port N (1 to 31) without identifying the instrument"},
-    OptionRow{"--baud", SetBaud, "RATE", "its rate, 4800 to 115200; 19200 if not given"},
-    OptionRow{"--model", SetModel, "MODEL", "the model that is connected there"},
+    OptionRow{kPort, SetPort, "N", "open port N (1 to 31) without identifying the instrument"},
+    OptionRow{"--baud", SetBaud, "RATE", "its rate, 4800 to 115200; 19200 if not given", kPort},
+    OptionRow{"--model", SetModel, "MODEL", "the model that is connected there", kPort},
     OptionRow{"--cal", SetCal, "FILE", "the calibration file to use"},
     OptionRow{kOpen, SetOpen, "[FILE...]", "open data files and calibrations in windows"},
-    OptionRow{"--demo", SetDemo, "MODEL[,MODEL...]",
-              "show simulated instruments, one window each, up to six"},
-    OptionRow{"--seconds", SetSeconds, "N", "end the demonstration after N seconds"},
+    OptionRow{kDemo, SetDemo, "MODEL[,MODEL...]", "show simulated instruments, one window each, up to six"},
+    OptionRow{"--seconds", SetSeconds, "N", "end the demonstration after N seconds", kDemo},
 };
 
 CommandLine Refused(std::string message) {
@@ -113,12 +115,33 @@ CommandLine Refused(std::string message) {
     return line;
 }
 
-std::string MissingParts(const CommandLine& line) {
-    if (line.mode != CommandLine::Mode::Direct) {
-        if (line.model != InstTypeCode::Unknown) return "--model goes with --port.";
-        return "";
+using GivenOptions = std::vector<const OptionRow*>;
+
+std::string MissingParts(const CommandLine& line, const GivenOptions& given) {
+    for (const OptionRow* row : given) {
+        const bool alone = std::none_of(given.begin(), given.end(),
+                                        [&](const OptionRow* other) { return other->name == row->goesWith; });
+        if (!row->goesWith.empty() && alone)
+            return std::string(row->name) + " goes with " + std::string(row->goesWith) + ".";
     }
-    if (line.model == InstTypeCode::Unknown) return "--port needs --model. Models are: " + ModelNames() + ".";
+    if (line.mode == CommandLine::Mode::Direct && line.model == InstTypeCode::Unknown)
+        return "--port needs --model. Models are: " + ModelNames() + ".";
+    return "";
+}
+
+/// Each of these is a purpose of its own, and the other would be forgotten without a word.
+std::string Contradiction(const CommandLine& line) {
+    std::vector<std::string> purposes;
+    if (line.port != 0) purposes.emplace_back(kPort);
+    if (!line.demoModels.empty()) purposes.emplace_back(kDemo);
+    if (!line.openFiles.empty()) purposes.emplace_back(kOpen);
+    if (!line.files.empty()) purposes.push_back(Quoted(line.files));
+    if (purposes.size() > 1) return purposes[0] + " does not go with " + purposes[1] + ".";
+    if (line.calFile.empty()) return "";
+    if (!line.demoModels.empty()) return "--cal does not go with --demo.";
+    if (!line.files.empty())
+        return "--cal does not go with " + Quoted(line.files) +
+               "; write \"DATAFILE;CALFILE\", or convert --cal FILE DATAFILE.";
     return "";
 }
 
@@ -128,6 +151,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
     if (!arguments.empty() && arguments.front() == "convert")
         return ParseConvertCommand({arguments.begin() + 1, arguments.end()});
     CommandLine line;
+    GivenOptions given;
     bool opens = false;  // names are those of files to open
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
@@ -166,8 +190,10 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
         else
             return Refused(name + " needs a value: " + std::string(row->valueName) + ".");
         if (std::string message = row->set(line, value); !message.empty()) return Refused(std::move(message));
+        given.push_back(row);
     }
-    if (std::string message = MissingParts(line); !message.empty()) return Refused(std::move(message));
+    for (std::string message : {MissingParts(line, given), Contradiction(line)})
+        if (!message.empty()) return Refused(std::move(message));
     return line;
 }
 

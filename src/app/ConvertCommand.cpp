@@ -166,6 +166,7 @@ std::optional<FileConversion> BeginPair(const PairToConvert& pair, const Convert
     BatchConversion batch(request, settings.stamp, settings.sigma, settings.water);
     std::string error = batch.Prepare();
     for (const std::string& message : batch.Messages()) Complain(console, message);
+    if (error.empty()) WarnAboutModel(pair.data, batch.Calibration().InstType, console);
     std::optional<FileConversion> conversion;
     if (error.empty()) conversion = batch.Begin(pair.data, error);
     if (!conversion) Complain(console, error);

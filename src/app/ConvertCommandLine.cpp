@@ -89,6 +89,8 @@ CommandLine ParseConvertCommand(const std::vector<std::string>& arguments) {
                                : name + " needs a value: " + std::string(row->valueName) + ".");
     }
     if (line.convert.files.empty()) return Refused("convert needs the names of files.");
+    if (line.convert.housekeeping && !line.convert.decimal)
+        return Refused("--housekeeping goes with --to dec.");
     return line;
 }
 

@@ -34,7 +34,38 @@ TEST(CommandLineTest, FilesToOpenAreNamedOneByOneOrTogether) {
     EXPECT_EQ(line.openFiles, (std::vector<std::string>{"a b.raw", "c.cal", "two.dat", "three.dat"}));
     EXPECT_TRUE(line.files.empty());
     // Another option ends the names.
-    EXPECT_EQ(ParseCommandLine({"--open", "a.raw", "--cal=b.cal", "c.raw"}).mode, Mode::Convert);
+    EXPECT_EQ(ParseCommandLine({"--open", "a.raw", "--cal=b.cal", "c.raw"}).message,
+              "--open does not go with 'c.raw'.");
+}
+
+TEST(CommandLineTest, WhatWouldBeForgottenIsRefused) {
+    struct Case {
+        std::vector<std::string> arguments;
+        const char* message;
+    };
+    const Case cases[] = {
+        {{"--cal", "b.cal", "a.raw"},
+         "--cal does not go with 'a.raw'; write \"DATAFILE;CALFILE\", or convert --cal FILE DATAFILE."},
+        {{"--demo", "delph-2", "a.raw"}, "--demo does not go with 'a.raw'."},
+        {{"a.raw;b.cal", "--demo", "delph-2"}, "--demo does not go with 'a.raw;b.cal'."},
+        {{"--demo", "delph-2", "--open", "a.raw"}, "--demo does not go with --open."},
+        {{"--demo", "delph-2", "--cal", "b.cal"}, "--cal does not go with --demo."},
+        {{"--port", "3", "--model", "delph-2", "--open", "a.raw"}, "--port does not go with --open."},
+        {{"--port", "3", "--model", "delph-2", "--demo", "delph-2"}, "--port does not go with --demo."},
+        {{"--baud", "9600"}, "--baud goes with --port."},
+        {{"--baud", "9600", "a.raw"}, "--baud goes with --port."},
+        {{"--seconds", "5"}, "--seconds goes with --demo."},
+        {{"convert", "--housekeeping", "a.raw"}, "--housekeeping goes with --to dec."},
+    };
+    for (const Case& row : cases) {
+        const CommandLine line = ParseCommandLine(row.arguments);
+        EXPECT_EQ(line.mode, Mode::Bad) << row.message;
+        EXPECT_EQ(line.message, row.message);
+    }
+    EXPECT_EQ(ParseCommandLine({"--cal", "b.cal"}).mode, Mode::Window);
+    EXPECT_EQ(ParseCommandLine({"--open", "a.raw", "--cal", "b.cal"}).mode, Mode::Window);
+    EXPECT_EQ(ParseCommandLine({"--port", "3", "--model", "delph-2", "--open"}).mode, Mode::Direct)
+        << "nothing is opened";
 }
 
 TEST(CommandLineTest, ADesktopThatNamesNoFileStartsTheProgram) {

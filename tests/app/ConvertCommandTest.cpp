@@ -184,9 +184,17 @@ TEST_F(ConvertCommandTest, WithoutAUsableCalibrationNothingIsDone) {
 TEST_F(ConvertCommandTest, ACalibrationOfAnotherModelIsWarnedAbout) {
     TestFolder::Write(Raw(),
                       "[Header]\r\nFileType=raw\r\nDeviceType=Delph-4\r\n[EndHeader]\r\n" + kDelph + "\r\n");
+    const std::string warning = "marisonde: warning: " + Raw().string() +
+                                " was recorded by a Delph-4, but the calibration is that of a Corvane-6.\n";
     EXPECT_EQ(Convert({"--cal", Cal().string(), Raw().string()}), 0);
-    EXPECT_EQ(error, "marisonde: warning: " + Raw().string() +
-                         " was recorded by a Delph-4, but the calibration is that of a Corvane-6.\n");
+    EXPECT_EQ(error, warning);
+    error.clear();
+    EXPECT_EQ(ConvertPair(Pair(), settings, console), 0);
+    EXPECT_EQ(error, warning);
+    error.clear();
+    settings.calFile = Cal().string();
+    EXPECT_EQ(ConvertPair(Raw().string(), settings, console), 0);
+    EXPECT_EQ(error, warning) << "whoever names no calibration has not chosen this one";
 }
 
 TEST_F(ConvertCommandTest, ProgressIsForTerminalsOnlyAndLeavesNothingBehind) {
