@@ -7,6 +7,18 @@
 
 namespace marisonde {
 
+namespace {
+
+/// Beside a limit that stands fixed where no data are: one step of its own size, on the side that follows.
+AxisRange BesideFixed(double fixed, bool minFollows) {
+    const double step = fixed == 0 ? 1 : TickSpacingFor(0, std::fabs(fixed));
+    const double beside = minFollows ? -TickAbove(-fixed, step) : TickAbove(fixed, step);
+    const double limit = std::isfinite(beside) ? beside : fixed;
+    return minFollows ? AxisRange{limit, fixed} : AxisRange{fixed, limit};
+}
+
+}  // namespace
+
 double ChartAxis::Min() const {
     return min_.isDefault ? Computed().min : min_.value;
 }
@@ -22,6 +34,10 @@ ChartAxis::Limits ChartAxis::Computed() const {
     if (!dataMax_.isDefault) data.max = dataMax_.value;
     if (!min_.isDefault) data.min = min_.value;
     if (!max_.isDefault) data.max = max_.value;
+    if (min_.isDefault != max_.isDefault && !(data.min < data.max)) {
+        const AxisRange beside = BesideFixed(min_.isDefault ? max_.value : min_.value, min_.isDefault);
+        return {beside.min, beside.max};
+    }
     const AxisRange round = none ? data : RoundRange(data.min, data.max);
     return {min_.isDefault ? round.min : min_.value, max_.isDefault ? round.max : max_.value};
 }

@@ -112,6 +112,25 @@ TEST_F(ChartAxisTest, DataLimitsStandForTheData) {
     EXPECT_EQ(y.Max(), 100);
 }
 
+TEST_F(ChartAxisTest, ADefaultLimitLiesBesideAFixedOneThatNoDataReach) {
+    Hold({0.004, 0.009});
+    y.SetMax(0.0005);
+    y.SetMinIsDefault(true);
+    // A tenth of 0.0005 is 0.00005: the tick below.
+    EXPECT_DOUBLE_EQ(y.Min(), 0.00045);
+    EXPECT_EQ(y.Max(), 0.0005);
+    y.SetMaxIsDefault(true);
+    y.SetMin(40);
+    EXPECT_EQ(y.Max(), 45);  // ticks of 5
+    y.SetMin(-40);
+    EXPECT_EQ(y.Max(), 5) << "ticks of 5 again, around the data";
+    chart.ChartGroups(1).SetLastPoint(0);
+    y.SetMin(3);
+    EXPECT_GT(y.Max(), 3) << "not 1, as without data and without a fixed limit";
+    y.SetMin(1.7e308);
+    EXPECT_EQ(y.Max(), 1.7e308) << "as far as numbers go";
+}
+
 TEST_F(ChartAxisTest, PointsThatAppendUnderDefaultLimitsRedrawAll) {
     Hold({1, 2});
     y.SetMaxIsDefault(true);
