@@ -178,6 +178,38 @@ TEST_F(PlotScaleTest, ShowAllStoresXUnderTheOtherView) {
     EXPECT_EQ(RangeOf(X()), Range(10, 20));
 }
 
+TEST_F(PlotScaleTest, ShowAllInTheTimeViewStoresXForDepth) {
+    SetAll({10, 20}, {3, 4}, {5, 6});
+    plot.AutoScaleCommand();
+    EXPECT_EQ(PrevDepth(), Range(10, 20));
+    EXPECT_EQ(PrevTime(), Range(0, 0));
+    EXPECT_EQ(PrevData(), Range(3, 4));
+    EXPECT_EQ(PrevData2(), Range(5, 6));
+    plot.Previous_Button_Click();
+    EXPECT_EQ(RangeOf(Y()), Range(3, 4));
+    plot.VsDepthCommand();
+    plot.Previous_Button_Click();
+    EXPECT_EQ(RangeOf(X()), Range(10, 20)) << "the range of minutes is now one of metres";
+}
+
+TEST_F(PlotScaleTest, ShowAllAgainShowsWhatHasComeSince) {
+    Plot(Scatter(0, 0, 0.001, 0));
+    Plot(Scatter(9, 0, 0.009, 0));
+    plot.AutoScaleCommand();
+    const Range before = RangeOf(Y());
+    EXPECT_EQ(RangeOf(X()), Range(0, 9));
+    plot.AutoScaleCommand();
+    EXPECT_EQ(RangeOf(X()), Range(0, 9));
+    EXPECT_EQ(RangeOf(Y()), before);
+    plot.AutoTimeMax = plot.AutoDataMax = false;
+    Plot(Scatter(90, 0, 0.09, 0));
+    EXPECT_EQ(RangeOf(X()), Range(0, 9));
+    plot.AutoScaleCommand();
+    EXPECT_EQ(RangeOf(X()), Range(0, 90));
+    EXPECT_GE(Y().Max(), 0.09);
+    EXPECT_LE(Y().Max(), 0.1);
+}
+
 TEST_F(PlotScaleTest, ShowAllThenPreviousInANewWindowGivesXOfNought) {
     plot.VsDepthCommand();
     const Range y = RangeOf(Y());
@@ -206,6 +238,60 @@ TEST_F(PlotScaleTest, FlagsSayWhichLimitsFollow) {
     EXPECT_EQ(CurrentTime(), RangeOf(X()));
     EXPECT_EQ(Y().DataMax().value, 1e300);
     EXPECT_FALSE(Y().MinIsDefault());
+}
+
+TEST_F(PlotScaleTest, FlagsOfTheSecondAxisCountForIt) {
+    for (const bool follows : {false, true}) {
+        plot.SetupChartForInstrument(InstTypeCode::NTidal);
+        plot.ClearGraph();
+        CalibratedSample sample = SampleAt(0);
+        sample.Valid[0] = true;
+        sample.k[0] = 0.5;
+        Plot(sample);
+        SetAll({0, 100}, {-3, 9}, {-20, 30});
+        plot.PrevData2Min = plot.PrevData2Max = 1;
+        plot.AutoDataMin = plot.AutoDataMax = !follows;
+        plot.AutoDataMin2 = plot.AutoDataMax2 = follows;
+        plot.ApplyAutoScaleFlags();
+        EXPECT_EQ(PrevData2(), follows ? Range(-20, 30) : Range(1, 1));
+        EXPECT_EQ(RangeOf(Y2()) == Range(-20, 30), !follows);
+        EXPECT_LE(Y2().Min(), 0.5);
+        EXPECT_GE(Y2().Max(), 0.5);
+        EXPECT_EQ(RangeOf(Y()) == Range(-3, 9), follows);
+        EXPECT_EQ(Y2().DataMin().value, -1e300);
+    }
+}
+
+TEST_F(PlotScaleTest, EachLimitFollowsByItsOwnFlag) {
+    for (const bool min : {false, true}) {
+        plot.ClearGraph();
+        Plot(Scatter(0, 0, 0.5, 0));
+        Plot(Scatter(30, 0, 0.6, 0));
+        SetAll({-900, 900}, {-900, 900}, {0, 1});
+        plot.AutoTimeMin = plot.AutoDataMin = min;
+        plot.AutoTimeMax = plot.AutoDataMax = !min;
+        plot.ApplyAutoScaleFlags();
+        for (const ChartAxis* axis : {&X(), &Y()}) {
+            EXPECT_EQ(axis->Min() > -900, min) << axis->Title();
+            EXPECT_EQ(axis->Max() < 900, !min) << axis->Title();
+        }
+    }
+}
+
+TEST_F(PlotScaleTest, ALimitThatFollowsStaysOnItsSideOfAFixedOne) {
+    Plot(Scatter(0, 0, 0.004, 0));
+    Plot(Scatter(30, 0, 0.009, 0));
+    Set(Y(), 0, 0.0005);
+    plot.AutoDataMax = false;
+    plot.ApplyAutoScaleFlags();
+    EXPECT_EQ(Y().Max(), 0.0005) << "where the user wants it, below all data";
+    EXPECT_LT(Y().Min(), 0.0005);
+    Set(Y(), 0.5, 1);
+    plot.AutoDataMax = true;
+    plot.AutoDataMin = false;
+    plot.ApplyAutoScaleFlags();
+    EXPECT_EQ(Y().Min(), 0.5);
+    EXPECT_GT(Y().Max(), 0.5);
 }
 
 TEST_F(PlotScaleTest, FlagsOfDepthCountInTheDepthView) {
@@ -304,19 +390,26 @@ TEST_F(PlotScaleTest, PanMovesByShares) {
 TEST_F(PlotScaleTest, UserChangesUnitAndThePictureStays) {
     plot.VsDepthCommand();
     Plot(SampleAt(0, 12));
-    Set(X(), 0, 120);
+    Set(X(), 24, 120);
+    plot.ChartMouseDown(true, 0, 0);
     plot.UpdateCurrentPlotInfo();
     plot.ChangeDepthUnitsAndLimits(false);
     // A foot is 12 inches and a metre 39.37 of them: 12 m are 39.37 ft.
     EXPECT_NEAR(primary.X(1), 39.37, 1e-12);
+    EXPECT_NEAR(X().Min(), 78.74, 1e-10);
     EXPECT_NEAR(X().Max(), 393.7, 1e-10);
+    EXPECT_NEAR(plot.CurrentDepthMin, 78.74, 1e-10);
     EXPECT_NEAR(plot.CurrentDepthMax, 393.7, 1e-10);
+    EXPECT_NEAR(plot.PrevDepthMin, 78.74, 1e-10) << "where Previous leads to moves, too";
+    EXPECT_NEAR(plot.PrevDepthMax, 393.7, 1e-10);
     EXPECT_EQ(X().Title(), "Depth (ft)");
     plot.VsTimeCommand();
     const Range time = RangeOf(X());
     plot.ChangeDepthUnitsAndLimits(true);
     EXPECT_EQ(RangeOf(X()), time) << "time has no unit of depth";
+    EXPECT_NEAR(plot.CurrentDepthMin, 24, 1e-10);
     EXPECT_NEAR(plot.CurrentDepthMax, 120, 1e-10);
+    EXPECT_NEAR(plot.PrevDepthMin, 24, 1e-10);
     EXPECT_NEAR(primary.Y(primary.NumSeries(), 1), 12, 1e-12);
 }
 
@@ -376,6 +469,9 @@ TEST_F(PlotScaleTest, ReadoutHasThreeValuesOnlyWithTheSecondAxis) {
     EXPECT_EQ(CoordinateText(chart, {50, 0.25, 25}), "50 minutes, 0.25 /m, 25 /m");
     Y2().SetVisible(false);
     EXPECT_EQ(CoordinateText(chart, {50, 0.25, 25}), "50 minutes, 0.25 /m");
+    plot.VsDepthCommand();
+    plot.ChangeDepthUnits(false);
+    EXPECT_EQ(CoordinateText(chart, {50, 0.25, 25}), "50 ft, 0.25 /m, 25 /m");
 }
 
 TEST_F(PlotScaleTest, ReadoutIsEmptyBeyondTheLimits) {

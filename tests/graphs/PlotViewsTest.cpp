@@ -15,6 +15,12 @@ class PlotViewsTest : public PlotTest {
     std::vector<double> Xs(const ChartGroup& group) {
         return {group.XData().begin(), group.XData().begin() + 5};
     }
+    /// The other coordinate of the same points.
+    std::vector<double> Carried() {
+        const bool paired = secondary.NumSeries() != 0;
+        const auto values = paired ? secondary.YData(1) : primary.YData(primary.NumSeries());
+        return {values.begin(), values.begin() + 5};
+    }
 };
 
 TEST_F(PlotViewsTest, ViewInForceIsLeftAlone) {
@@ -30,14 +36,29 @@ TEST_F(PlotViewsTest, ViewInForceIsLeftAlone) {
 }
 
 TEST_F(PlotViewsTest, ThereAndBackMovesEveryBitBack) {
+    const std::vector<double> depths{0, 1.7F, 3.4F, static_cast<float>(3 * 1.7), 6.8F};
     for (const InstTypeCode model : {InstTypeCode::Corvane2, InstTypeCode::LTidal}) {
         Fill(model);
         const auto times = Xs(primary);
         plot.VsDepthCommand();
-        EXPECT_EQ(Xs(primary), (std::vector<double>{0, 1.7F, 3.4F, static_cast<float>(3 * 1.7), 6.8F}));
+        EXPECT_EQ(Xs(primary), depths);
+        EXPECT_EQ(Carried(), times);
         plot.VsTimeCommand();
         EXPECT_EQ(Xs(primary), times);
+        EXPECT_EQ(Carried(), depths);
     }
+}
+
+TEST_F(PlotViewsTest, AChangeOfViewIsShownOnceAndEndsABatch) {
+    Fill(InstTypeCode::LTidal);
+    int shown = 0;
+    chart.OnChange = [&shown] { ++shown; };
+    plot.VsDepthCommand();
+    EXPECT_EQ(shown, 1);
+    chart.SetIsBatched(true);
+    plot.VsTimeCommand();
+    EXPECT_FALSE(chart.IsBatched());
+    EXPECT_EQ(shown, 2);
 }
 
 TEST_F(PlotViewsTest, CarrierOfTheSecondaryGroupServesBoth) {
@@ -80,6 +101,23 @@ TEST_F(PlotViewsTest, TitlesOfYByFamily) {
     plot.VsDepthCommand();
     EXPECT_EQ(Y().Title(), "Attenuation Coefficient (/m)");
     EXPECT_FALSE(Y2().Visible());
+    Y2().SetVisible(true);
+    plot.VsTimeCommand();
+    EXPECT_EQ(Y().Title(), "Attenuation Coefficient (/m)");
+    EXPECT_FALSE(Y2().Visible()) << "only Tidals have use for it";
+    Fill(InstTypeCode::Corvane4);
+    Y().SetTitle("Normalized signal");
+    plot.VsDepthCommand();
+    EXPECT_EQ(Y().Title(), "Backscattering Coefficient (/m)");
+}
+
+TEST_F(PlotViewsTest, TypeOfDepthIsTheSameInFeet) {
+    Fill(InstTypeCode::Corvane2);
+    plot.ChangeDepthUnits(false);
+    plot.VsDepthCommand();
+    EXPECT_EQ(plot.PlotXType, 13);
+    EXPECT_EQ(X().Title(), "Depth (ft)");
+    EXPECT_EQ(primary.X(2), 1.7F * (39.37 / 12)) << "the change of view converts nothing more";
 }
 
 TEST_F(PlotViewsTest, TidalKeepsItsSecondAxisInBothViews) {
@@ -99,11 +137,32 @@ TEST_F(PlotViewsTest, EachViewComesBackWithItsOwnRange) {
     Fill(InstTypeCode::Corvane2);
     X().SetMax(50);
     plot.UpdateCurrentPlotInfo();
+    plot.CurrentDepthMin = 7;
     plot.CurrentDepthMax = 300;
     plot.VsDepthCommand();
+    EXPECT_EQ(X().Min(), 7);
     EXPECT_EQ(X().Max(), 300);
     plot.VsTimeCommand();
+    EXPECT_EQ(X().Min(), 0);
     EXPECT_EQ(X().Max(), 50);
+}
+
+TEST_F(PlotViewsTest, AnEmptyGraphBeginsWithTheRangeOfItsView) {
+    Fill(InstTypeCode::Corvane2);
+    plot.VsDepthCommand();
+    SetAxisRange(chart, AxisName::X, -1, 1);
+    SetAxisRange(chart, AxisName::Y, 3, 4);
+    SetAxisRange(chart, AxisName::Y2, 5, 6);
+    plot.CurrentDepthMin = 20;
+    plot.CurrentDepthMax = 60;
+    plot.InitializePlotInfo();
+    EXPECT_EQ(X().Min(), 20);
+    EXPECT_EQ(X().Max(), 60);
+    EXPECT_EQ(plot.PrevDataMin, 3);
+    EXPECT_EQ(plot.PrevDataMax, 4);
+    EXPECT_EQ(plot.PrevData2Max, 6);
+    EXPECT_EQ(plot.PrevData2Min, 0) << "as it was";
+    EXPECT_EQ(plot.PlotIndex(), 1);
 }
 
 TEST_F(PlotViewsTest, UnitChangeInTheTimeViewAltersOnlyTheCarrier) {
@@ -119,6 +178,23 @@ TEST_F(PlotViewsTest, UnitChangeInTheTimeViewAltersOnlyTheCarrier) {
     Fill(InstTypeCode::NTidal);
     plot.ChangeDepthUnits(true);
     EXPECT_EQ(secondary.Y(1, 2), 1.7F * 39.37 / 12 * (12 / 39.37));
+}
+
+TEST_F(PlotViewsTest, UnitChangeLeavesWhatIsNoCarrier) {
+    Fill(InstTypeCode::NTidal);
+    primary.SetY(2, 2, 5);
+    plot.ChangeDepthUnits(false);
+    EXPECT_EQ(primary.Y(2, 2), 5) << "the last series of a group whose carrier is elsewhere";
+    EXPECT_EQ(secondary.Y(1, 2), 1.7F * (39.37 / 12));
+}
+
+TEST_F(PlotViewsTest, UnitChangeLeavesTheBatchAsItWas) {
+    Fill(InstTypeCode::Corvane2);
+    plot.ChangeDepthUnits(false);
+    EXPECT_FALSE(chart.IsBatched());
+    chart.SetIsBatched(true);
+    plot.ChangeDepthUnits(true);
+    EXPECT_TRUE(chart.IsBatched());
 }
 
 TEST_F(PlotViewsTest, UnitChangeInTheDepthViewAltersX) {
@@ -152,6 +228,10 @@ TEST_F(PlotViewsTest, PlotTypesDecideTheShapeOfTheChart) {
     EXPECT_EQ(X().Placement(), 1);
     EXPECT_EQ(Y().Placement(), 2);
     EXPECT_EQ(Y2().Placement(), 3);
+    plot.SetPlotTypes(2, 0, 13);
+    EXPECT_EQ(X().Title(), "Depth (m)");
+    EXPECT_TRUE(X().Reversed());
+    EXPECT_TRUE(chart.Rotated());
 }
 
 }  // namespace
