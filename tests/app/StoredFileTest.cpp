@@ -78,6 +78,33 @@ TEST_F(StoredFileTest, CalibratedFileBringsModelAndNames) {
     EXPECT_EQ(window.WhereDataAre(), (folder / "many.dat").string());
 }
 
+TEST_F(StoredFileTest, ScaleOfAnOpenedFileFollowsWhereItsFlagsSay) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    DataWindow& window = WithCal(Model::Corvane6);
+    const ChartAxis& x = window.Chart.Axes(AxisName::X);
+    const ChartAxis& y = window.Chart.Axes(AxisName::Y);
+    SetAxisRange(window.Chart, AxisName::X, -50, 500);
+    SetAxisRange(window.Chart, AxisName::Y, -3, 9);
+    window.Plot.UpdateCurrentPlotInfo();
+    window.Plot.AutoTimeMin = false;
+    window.Plot.AutoDataMax = false;
+    OpenByMenu(window, cast.raw);
+    EXPECT_EQ(x.Min(), -50);
+    EXPECT_LT(x.Max(), 500);
+    EXPECT_GE(x.Max(), 0.9) << "nearly a minute of samples";
+    EXPECT_GT(y.Min(), -3);
+    EXPECT_EQ(y.Max(), 9);
+    EXPECT_EQ(window.Plot.PrevTimeMax, 500);
+    EXPECT_EQ(window.Plot.PrevTimeMin, 0) << "it did not follow, so that it was not stored";
+    EXPECT_EQ(window.Plot.CurrentTimeMax, x.Max());
+    // Read again, the file leaves the scale that its user has made meanwhile.
+    window.Plot.Z_Out_Button_Click();
+    const double zoomedOut = x.Max();
+    StartReload(window);
+    Settle();
+    EXPECT_EQ(x.Max(), zoomedOut);
+}
+
 TEST_F(StoredFileTest, CalibratedFileOfTheSameModelKeepsTheCalibration) {
     const Cast cast = Record(Model::LTidal, "cast");
     DataWindow& window = WithCal(Model::LTidal);

@@ -77,6 +77,14 @@ class GraphCommandsTest : public FormsFixture {
         wheel.setTimestamp(time);
         QApplication::sendEvent(&ViewOf(form).Canvas(), &wheel);
     }
+    static void LeaveGraph(MainForm* form) {
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(&ViewOf(form).Canvas(), &leave);
+    }
+    static bool ShowsSigmaOptions(MainForm* form) {
+        return form->findChild<QWidget*>("SigmaOption(0)")->isVisibleTo(form) &&
+               form->findChild<QWidget*>("SigmaOption(1)")->isVisibleTo(form);
+    }
     static void Activate(MainForm* form) {
         form->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(form));
@@ -179,6 +187,8 @@ TEST_F(GraphCommandsTest, KeysChangeTheScale) {
     EXPECT_EQ(RangeOf(form, AxisName::X), Range(25, 75));
     QTest::keyClick(form, Qt::Key_0, Qt::ControlModifier);
     EXPECT_EQ(RangeOf(form, AxisName::X), Range(0, 1)) << "there are no data yet";
+    QTest::keyClick(form, Qt::Key_Equal, Qt::ControlModifier);
+    EXPECT_EQ(RangeOf(form, AxisName::X), Range(0.25, 0.75)) << "plus without shift";
 }
 
 TEST_F(GraphCommandsTest, ThePointerWaitsWhileTheGraphIsMade) {
@@ -228,6 +238,28 @@ TEST_F(GraphCommandsTest, AStrokeAlongOneAxisLeavesTheOther) {
     Drag(form, At(form, 0.5, 0.2), At(form, 0.5, 0.6));
     ExpectRange(form, AxisName::X, 20, 60);
     EXPECT_EQ(RangeOf(form, AxisName::Y), Range(0, 1));
+}
+
+TEST_F(GraphCommandsTest, AStrokeAlongTimeLeavesTheData) {
+    MainForm* const form = Scaled();
+    Choose(form, "Vs_Time_menu");
+    Set(form, AxisName::X, 0, 100);
+    ViewOf(form).RefreshNow();
+    Drag(form, At(form, 0.2, 0.5), At(form, 0.6, 0.5));
+    ExpectRange(form, AxisName::X, 20, 60);
+    EXPECT_EQ(RangeOf(form, AxisName::Y), Range(0, 1));
+}
+
+TEST_F(GraphCommandsTest, TheSecondPressOfADoubleClickCountsToo) {
+    MainForm* const form = Scaled();
+    Click(form, "Z_In_Button");
+    const QPointF at(At(form, 0.5, 0.5));
+    QMouseEvent press(QEvent::MouseButtonDblClick, at, ViewOf(form).Canvas().mapToGlobal(at), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&ViewOf(form).Canvas(), &press);
+    EXPECT_EQ(form->Window().Plot.ChartMouseDownX, at.x());
+    Click(form, "Previous_Button");
+    EXPECT_EQ(RangeOf(form, AxisName::X), Range(25, 75));
 }
 
 TEST_F(GraphCommandsTest, ADragBeyondThePlotEndsAtItsEdge) {
@@ -290,9 +322,10 @@ TEST_F(GraphCommandsTest, TheReadoutFollowsThePointer) {
     EXPECT_EQ(text->width(), 100);
     MoveTo(form, At(form, 0.5, 0.5));
     EXPECT_TRUE(text->isVisible());
-    QEvent leave(QEvent::Leave);
-    QApplication::sendEvent(&ViewOf(form).Canvas(), &leave);
+    LeaveGraph(form);
     EXPECT_FALSE(text->isVisible());
+    Choose(form, "Zoom_Out_menu");
+    EXPECT_FALSE(text->isVisible()) << "the pointer is elsewhere";
 }
 
 TEST_F(GraphCommandsTest, TheReadoutHasThreeValuesWithTheSecondAxis) {
@@ -339,8 +372,14 @@ TEST_F(GraphCommandsTest, TheWheelZoomsAboutThePointer) {
     ViewOf(form).RefreshNow();
     Turn(form, At(form, 0.5, 0.5), -1, 9000);
     EXPECT_LT(RangeOf(form, AxisName::X).first, 0);
+    Set(form, AxisName::X, 0, 80);
+    ViewOf(form).RefreshNow();
+    Turn(form, At(form, 0.5, 0.5), -1, 20000);
+    Click(form, "Previous_Button");
+    EXPECT_EQ(RangeOf(form, AxisName::X), Range(0, 80)) << "after a pause a new movement begins";
+    ViewOf(form).RefreshNow();
     const Range before = RangeOf(form, AxisName::X);
-    Turn(form, QPoint(2, 2), 1, 9100);
+    Turn(form, QPoint(2, 2), 1, 20100);
     EXPECT_EQ(RangeOf(form, AxisName::X), before) << "not over the titles";
 }
 
@@ -352,6 +391,8 @@ TEST_F(GraphCommandsTest, ArrowsMoveAlongTheAxes) {
     EXPECT_EQ(RangeOf(form, AxisName::X), Range(10, 110)) << "deeper";
     QTest::keyClick(&ViewOf(form), Qt::Key_Right);
     EXPECT_DOUBLE_EQ(RangeOf(form, AxisName::Y).first, 0.1);
+    QTest::keyClick(&ViewOf(form), Qt::Key_Down, Qt::ControlModifier);
+    EXPECT_EQ(RangeOf(form, AxisName::X), Range(10, 110)) << "with another key they mean something else";
     Choose(form, "Vs_Time_menu");
     Set(form, AxisName::X, 0, 100);
     Set(form, AxisName::Y, 0, 1);
@@ -388,6 +429,24 @@ TEST_F(GraphCommandsTest, UnitsOfDepth) {
     EXPECT_NE(Text(form, "DepthPanel").find(" ft"), std::string::npos);
     Choose(form, "Meters_menu");
     EXPECT_EQ(PlotOf(form).yAxis->label(), "Depth (m)");
+    EXPECT_NEAR(RangeOf(form, AxisName::X).second, 100, 1e-9);
+}
+
+TEST_F(GraphCommandsTest, SigmaOptionsAreForValuesOfTwoForms) {
+    MainForm* const empty = Empty();
+    MainForm* const corvane = Sampling();
+    EXPECT_TRUE(ShowsSigmaOptions(corvane));
+    MainForm* const delph = Sampling(Model::Delph2);
+    EXPECT_FALSE(ShowsSigmaOptions(delph));
+    empty->Window().Plot.SetupChartForInstrument(InstTypeCode::Corvane4);
+    empty->InstrumentChanged();
+    EXPECT_FALSE(ShowsSigmaOptions(empty)) << "without a calibration there are no values";
+    for (const char* view : {"Vs_Time_menu", "Vs_Depth_menu"}) {
+        for (MainForm* form : {corvane, delph, empty}) Choose(form, view);
+        EXPECT_TRUE(ShowsSigmaOptions(corvane)) << view;
+        EXPECT_FALSE(ShowsSigmaOptions(delph)) << view;
+        EXPECT_FALSE(ShowsSigmaOptions(empty)) << view;
+    }
 }
 
 TEST_F(GraphCommandsTest, TidalTitlesDifferByOneBlank) {
