@@ -2,6 +2,7 @@
 #include "app/LoadStored.h"
 #include "app/OpenFileFixture.h"
 #include "app/RecentFiles.h"
+#include "decode/Lines.h"
 
 namespace marisonde {
 namespace {
@@ -63,6 +64,35 @@ TEST_F(OpenFileTest, RawFileOfAnotherModelAsksForItsCalibration) {
     EXPECT_EQ(other.Stored.path, cast.raw);
     EXPECT_EQ(other.Link.CalData.InstType, InstTypeCode::Corvane6);
     EXPECT_EQ(PointsOf(other), PointsOf(*cast.live));
+}
+
+/// Files of the factory procedures, and those that tell no model, open like other raw ones.
+TEST_F(OpenFileTest, RawFilesOfEveryKindOpen) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    const std::string text = TestFolder::Read(cast.raw);
+    std::string factory = text;
+    factory.replace(text.find("FileType=raw"), 12, "FileType=rmu");
+    TestFolder::Write(folder / "factory.raw", factory);
+    TestFolder::Write(
+        folder / "unknown.raw",
+        "[Header]\r\nFileType=raw\r\nDeviceType=unknown\r\n[EndHeader]\r\n" + lines::Record(19) + "\r\n");
+    for (const char* name : {"factory.raw", "unknown.raw"}) {
+        DataWindow& window = WithCal(Model::Corvane6);
+        OpenByMenu(window, (folder / name).string());
+        EXPECT_EQ(window.Stored.path, folder / name);
+        EXPECT_EQ(window.Link.State.InstType, InstTypeCode::Corvane6);
+    }
+    EXPECT_EQ(PointsOf(*held[0].window), PointsOf(*cast.live));
+    EXPECT_TRUE(Asked().empty());
+}
+
+TEST_F(OpenFileTest, FileThatTellsNoModelNeedsSomeCalibration) {
+    TestFolder::Write(folder / "unknown.raw", lines::Record(19) + "\r\n");
+    DataWindow& window = Empty();
+    dialogs.answers = {Choice::Third};
+    OpenByMenu(window, (folder / "unknown.raw").string());
+    EXPECT_EQ(dialogs.asked.size(), 1U);
+    EXPECT_FALSE(window.Stored.IsShown());
 }
 
 TEST_F(OpenFileTest, NameGivenFromAnotherFolderIsKeptWhole) {
@@ -172,6 +202,29 @@ TEST_F(OpenFileTest, SampledDataAreNeverReplaced) {
     EXPECT_FALSE(window.Stored.IsShown());
     EXPECT_TRUE(window.Files.AnyOpen());
     EXPECT_EQ(held[1].window->Stored.path, cast.raw);
+}
+
+TEST_F(OpenFileTest, ConnectedWindowWithoutFilesIsNotUsed) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    DataWindow& window = Keep(Scripted(Model::Corvane6));
+    window.Files.CloseDataFiles(false);
+    OpenByMenu(window, cast.raw);
+    ASSERT_EQ(held.size(), 2U);
+    EXPECT_FALSE(window.Stored.IsShown());
+    EXPECT_EQ(held[1].window->Stored.path, cast.raw);
+}
+
+TEST_F(OpenFileTest, DataThatAFullDiskHasEndedAreNotReplacedEither) {
+    const Cast cast = Record(Model::Corvane6, "cast");
+    DataWindow& window = Keep(Scripted(Model::Corvane6));
+    window.Files.WriteRaw("some data\r\n", clock.Steady());
+    window.Files.SetAside([](const auto&) { return false; });  // off, and not saved
+    window.Link.ClosePort();
+    ASSERT_FALSE(window.Files.AnyOpen());
+    OpenByMenu(window, cast.raw);
+    ASSERT_EQ(held.size(), 2U);
+    EXPECT_FALSE(window.Stored.IsShown());
+    EXPECT_TRUE(window.Files.HasUnsavedData());
 }
 
 TEST_F(OpenFileTest, ForcedNewWindowLeavesAnEmptyOneAlone) {

@@ -125,6 +125,17 @@ TEST_F(ProcessFilesTest, WhatStandsAgainstItIsShownAndNothingIsDone) {
     EXPECT_TRUE(Out().empty());
 }
 
+TEST_F(ProcessFilesTest, WhatTheCalibrationMissesIsToldOnce) {
+    sigma.aStarValue = kSentinel;  // a table, and none is there
+    CalibrationDataClass cal;
+    const std::vector<std::string> missing = cal.LoadSourceFile(choice.calFile, sigma, water).messages;
+    ASSERT_FALSE(missing.empty());
+    Start();
+    Turn(5);
+    EXPECT_EQ(dialogs.errors, missing);
+    EXPECT_EQ(result, true);
+}
+
 TEST_F(ProcessFilesTest, CancelOfTheQuestionStopsBeforeAnyWork) {
     TestFolder::Write(folder / "out/b.dat", "older");
     dialogs.answers = {Choice::Second};

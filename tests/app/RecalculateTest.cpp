@@ -2,6 +2,7 @@
 #include "app/LoadStored.h"
 #include "app/ParameterChange.h"
 #include "app/Recalculate.h"
+#include "app/RecentFiles.h"
 
 namespace marisonde {
 namespace {
@@ -87,6 +88,16 @@ TEST_F(RecalculateTest, TheSameGroupIsShownWithoutAsking) {
     Settle();
     EXPECT_EQ(Asked().size(), 2U);
     EXPECT_EQ(PointsOf(window), before);
+}
+
+TEST_F(RecalculateTest, IsNoOpening) {
+    const Cast first = Record(Model::Corvane6, "first");
+    const Cast second = Record(Model::Corvane6, "second");
+    DataWindow& window = Showing(first, Model::Corvane6, false);
+    Showing(second, Model::Corvane6, false);
+    RecalculateWindow(window);
+    Settle();
+    EXPECT_EQ(RecentFiles(settings), (std::vector<std::string>{second.raw, first.raw}));
 }
 
 TEST_F(RecalculateTest, EveryWindowIsBroughtUpToDate) {

@@ -224,6 +224,23 @@ TEST_F(SaveFileTest, RecordingThatSomebodyRemovedBeginsAnew) {
     EXPECT_TRUE(dialogs.notices.empty());
 }
 
+/// The heading and the lines of the file that begins anew are of one mind about the columns.
+TEST_F(SaveFileTest, CalibratedFileThatBeginsAnewHasTheColumnsOfItsHeading) {
+    DataWindow& window = Sampling();
+    app.pureWater.WriteBetaColumns = true;
+    fs::remove(window.Files.State().datTemporary);
+    Run(window, std::chrono::seconds(5));
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), false);
+    Run(window, std::chrono::seconds(5));
+    ASSERT_EQ(SaveAs(window, (folder / "anew").string(), 2), true);
+    const std::string text = TestFolder::Read(folder / "anew.dat");
+    EXPECT_NE(text.find(",beta"), std::string::npos);
+    const std::string data = DataOf(folder / "anew.dat");
+    const std::string line = data.substr(0, data.find("\r\n"));
+    EXPECT_EQ(std::count(line.begin(), line.end(), ','),
+              2 + 4 * 8);  // eight slots, each value with its comma
+}
+
 TEST_F(SaveFileTest, RecordingThatCannotBeginAnewIsTold) {
     app.temporaryFolder = folder / "temporary";
     fs::create_directory(app.temporaryFolder);

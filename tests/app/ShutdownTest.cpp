@@ -88,6 +88,24 @@ TEST_F(ShutdownTest, SavingCopiesBothFilesToTheUsersName) {
     EXPECT_EQ(app.prefs.SavePath, folder.Path().string() + "/");
 }
 
+TEST_F(ShutdownTest, UnsavedDataOfANamedFileAreAskedAboutByItsName) {
+    DataWindow& window = Sampling();
+    dialogs.chosen = {{(folder / "cast").string(), 0}};
+    Do(window, [&](Operation& operation) -> QCoro::Task<> { co_await SaveAsMenuCommand(operation, window); });
+    Run(window, std::chrono::seconds(5));
+    EXPECT_EQ(Close(window, {Choice::Third}), false);
+    EXPECT_EQ(Asked(), std::vector<std::string>{"The graph contains unsaved data from Corvane-6 " +
+                                                (folder / "cast.raw").string() +
+                                                ".  Save the data before proceeding?"});
+}
+
+TEST_F(ShutdownTest, WithoutFilesNobodyIsAskedAboutClosingThem) {
+    DataWindow& window = Sampling();
+    window.Files.CloseDataFiles(false);
+    EXPECT_EQ(Close(window, {Choice::Second}), true);
+    EXPECT_EQ(Asked(), std::vector<std::string>{kSleep});
+}
+
 /// Only the calibrated file has a name yet: what the instrument sent must not go with its temporary file.
 TEST_F(ShutdownTest, SavingAsksForTheNameThatIsMissing) {
     DataWindow& window = Sampling();

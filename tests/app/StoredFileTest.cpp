@@ -1,5 +1,6 @@
 #include "app/LoadStored.h"
 #include "app/OpenFileFixture.h"
+#include "app/Shutdown.h"
 #include "support/ReadOnlyFolder.h"
 
 namespace marisonde {
@@ -19,6 +20,14 @@ class StoredFileTest : public OpenFileFixture {
         StartLoad(window, {raw, "raw", InstTypeCode::Corvane6, ""});
         EXPECT_TRUE(window.LoadProgress);
         return window;
+    }
+    std::optional<bool> Closed(DataWindow& window) {
+        std::optional<bool> closed;
+        Do(window, [&](Operation& operation) -> QCoro::Task<> {
+            const bool done = co_await CloseDataFiles(operation, window, true);
+            closed = done;
+        });
+        return closed;
     }
 };
 
@@ -103,6 +112,29 @@ TEST_F(StoredFileTest, ScaleOfAnOpenedFileFollowsWhereItsFlagsSay) {
     StartReload(window);
     Settle();
     EXPECT_EQ(x.Max(), zoomedOut);
+}
+
+TEST_F(StoredFileTest, ClosedFileLeavesNothingToTheNext) {
+    DataWindow& window = Empty();
+    OpenByMenu(window, DatOf(3));
+    ASSERT_TRUE(window.Link.State.HasSample);
+    EXPECT_EQ(Closed(window), true);
+    EXPECT_FALSE(window.Link.State.HasSample);
+    EXPECT_EQ(window.Plot.PlotIndex(), 1);
+    EXPECT_EQ(window.Title(), "No connection - Marisonde");
+    TestFolder::Write(folder / "bare.dat",
+                      "[Header]\r\nFileType=dat\r\nDeviceType=Fathom-2\r\n[Data]\r\n40001,1,2,3,20\r\n");
+    OpenByMenu(window, (folder / "bare.dat").string());
+    EXPECT_EQ(held.size(), 1U);
+    EXPECT_EQ(window.Link.CalData.Channel(0).name, "");
+}
+
+TEST_F(StoredFileTest, FileClosedWhileItIsReadSaysNothingMore) {
+    DataWindow& window = Loading(RawOf(90000));
+    EXPECT_EQ(Closed(window), true);
+    EXPECT_FALSE(window.LoadProgress);
+    EXPECT_EQ(window.StatusLine, "");
+    EXPECT_EQ(window.Plot.PlotIndex(), 1);
 }
 
 TEST_F(StoredFileTest, CalibratedFileOfTheSameModelKeepsTheCalibration) {

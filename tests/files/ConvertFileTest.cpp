@@ -184,6 +184,10 @@ TEST_F(ConvertFileTest, CalibratedFilesAreRefused) {
         EXPECT_EQ(ConvertRawToDec(source, ConvertedPath(source, ".dec"), false).message, result.message);
     }
     EXPECT_EQ(Names(), (std::set<std::string>{"cast.dat", "cast.DAT", "renamed.raw"}));
+    // Whatever its lines are: the calibrated file would take its place.
+    const auto source = Write("lines.dat", WithChecksum(kSample));
+    EXPECT_EQ(ToDat(source).message,
+              "Error opening " + source.string() + ": it is a calibrated file, not a raw one");
 }
 
 TEST_F(ConvertFileTest, NoFileIsConvertedOntoItself) {
@@ -199,6 +203,8 @@ TEST_F(ConvertFileTest, NoFileIsConvertedOntoItself) {
 TEST_F(ConvertFileTest, AMissingSourceAndAMissingFolder) {
     const std::string reason = std::generic_category().message(ENOENT);
     EXPECT_EQ(ToDat(In("nothing.raw")).message,
+              "Error opening " + In("nothing.raw").string() + ": " + reason);
+    EXPECT_EQ(ConvertRawToDec(In("nothing.raw"), In("nothing.dec"), false).message,
               "Error opening " + In("nothing.raw").string() + ": " + reason);
     const auto source = Write("cast.raw", WithChecksum(kSample));
     const ConversionResult result =
@@ -344,7 +350,7 @@ TEST_F(ConvertFileTest, NamesWithBlanksAndLettersOfAnyAlphabet) {
 TEST_F(ConvertFileTest, RawNumbersByTheModelThatTheFileTells) {
     const auto source =
         Write("cast.raw", Header() + WithChecksum(kSample) + "\r\n" + WithChecksum(kHousekeeping) + "\r\n");
-    const ConversionResult result = ConvertRawToDec(source, In("cast.dec"), false);
+    const ConversionResult result = ConvertRawToDec(source, In("cast.dec"), false, InstTypeCode::XTidal);
     EXPECT_EQ(result.outcome, Outcome::Written);
     EXPECT_EQ(result.counts, (LineCounts{.lines = 2, .samples = 1, .housekeeping = 1}));
     EXPECT_EQ(TextOf(In("cast.dec")),

@@ -153,6 +153,22 @@ TEST_F(DatFileReaderTest, DamagedLinesArePassedOverAndCounted) {
     EXPECT_EQ(PassedOverText(reader.Counts()), "3 lines passed over: 3 text");
 }
 
+TEST_F(DatFileReaderTest, WhereNoGainStepWasUsableNoneIsTold) {
+    ASSERT_FALSE(reader.Open(Write("cast.dat",
+                                   "[Header]\r\nDeviceType=n-Tidal\r\n[Data]\r\n"
+                                   "40000,1,0,0,4\r\n40001,1,0.5,0,4\r\n40002,1,0,0.5,4\r\n")));
+    for (const int gain : {0, 1, 1}) {
+        ASSERT_TRUE(reader.NextLine());
+        EXPECT_EQ(reader.Raw().Gain[0], gain);
+    }
+}
+
+TEST_F(DatFileReaderTest, TheModelIsThatOfTheHeader) {
+    SamplesOf(
+        "[Header]\r\nDeviceType=n-Tidal\r\n[Notes]\r\nDeviceType=Delph-2\r\n[Data]\r\n40000,1,2,3,4\r\n");
+    EXPECT_EQ(reader.Type(), NTidal);
+}
+
 TEST_F(DatFileReaderTest, ALineOfAMegabyteCostsOnlyItself) {
     const auto samples = SamplesOf("[Header]\r\nDeviceType=n-Tidal\r\n[Data]\r\n40000,1,2,3,4\r\n" +
                                    std::string(1024 * 1024, '1') + "\r\n40001,1,2,3,4\r\n");

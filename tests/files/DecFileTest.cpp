@@ -86,6 +86,10 @@ TEST(DecFileTest, ADecimalVerboseRecordShowsItsElapsedTime) {
               "1,0,2,0,3,0,2,12,0,0,0,0\r\n");
 }
 
+TEST(DecFileTest, ALeadingTimeFieldChangesNothing) {
+    EXPECT_EQ(RowOf({"0.5," + kVerboseDecimal}, Corvane2, true), RowOf({kVerboseDecimal}, Corvane2, true));
+}
+
 TEST(DecFileTest, AReferenceAtItsOffsetGivesNoSignal) {
     // Only slot 1 differs: reference 16 with offset 16.
     const std::string line =
@@ -107,6 +111,10 @@ TEST(DecFileTest, TidalSamplesCarryWhatTheExtraLineBeforeSaid) {
 TEST(DecFileTest, PressureAndTemperatureHaveTwoDecimals) {
     // 0 seconds is the epoch of the family, 29221. 0.125 and 0.375 are halves and go to the even digit.
     EXPECT_EQ(RowOf({"0,1,2,3,1000.125,21.375"}, XTidal, false), "29221,1,2,3,1000.12,21.38\r\n");
+    std::string line = kVerboseDecimal;
+    line.replace(line.find("60,8000,"), 8, "60,8000.375,");
+    EXPECT_EQ(RowOf({line}, Corvane2, false),
+              "4.166666666666666E-02,8000.38,0.492,0.4925,0.493,1,0,2,0,3,0,2,0\r\n");
 }
 
 TEST(DecFileTest, DelphModelsHaveTheirTimeAlone) {

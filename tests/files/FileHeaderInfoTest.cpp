@@ -87,6 +87,7 @@ TEST(DataFileTypeTest, TheHeaderHasTheLastWordOnTheModel) {
     EXPECT_EQ(TypeOfText("DeviceType=Delph-2\r\n" + lines::Record(8) + "\r\n"), (Told{Delph2, "raw", ""}));
     EXPECT_EQ(TypeOfText("FileType=raw\r\n" + lines::Record(54) + "\r\n" + lines::Record(8) + "\r\n").type,
               "raw");
+    EXPECT_EQ(TypeOfText("DeviceType=l-Tidal\r\n" + lines::Record(13) + "\r\n"), (Told{LTidal, "rmu", ""}));
     EXPECT_EQ(TypeOfText("DeviceType=nonsense\r\n" + lines::Record(5) + "\r\n"), (Told{XTidal, "raw", ""}));
 }
 
