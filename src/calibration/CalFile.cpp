@@ -184,6 +184,7 @@ CalFileResult CalibrationDataClass::SaveAsFile(const std::filesystem::path& path
 
 CalFileType GetCalFileType(const std::filesystem::path& path) {
     if (!Exists(path)) return {};
+    if (IsPipeOrDevice(path)) return {InstTypeCode::Unknown, "", "Error opening cal file: it is not a file."};
     if (HasLengthOfImage(path)) {
         std::error_code error;
         const std::string bytes = ReadFileBytes(path, error).value_or("");

@@ -6,8 +6,17 @@
 
 namespace marisonde {
 
+bool IsPipeOrDevice(const std::filesystem::path& path) {
+    std::error_code unknown;
+    return std::filesystem::is_other(path, unknown);
+}
+
 std::optional<std::string> ReadFileBytes(const std::filesystem::path& path, std::error_code& error) {
     error.clear();
+    if (IsPipeOrDevice(path)) {
+        error = std::make_error_code(std::errc::not_supported);
+        return std::nullopt;
+    }
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored)) {
         error = std::make_error_code(std::errc::is_a_directory);

@@ -6,17 +6,12 @@
 #include <cstring>
 #include <system_error>
 
+#include "common/FileBytes.h"
 #include "common/TextBlock.h"
 
 namespace marisonde {
 
 namespace {
-
-FileError SystemError(int code) {
-    // Some libraries fail without setting errno; an error must never look like success.
-    const int number = code != 0 ? code : EIO;
-    return {number, std::generic_category().message(number)};
-}
 
 std::FILE* OpenHandle(const std::filesystem::path& path) {
     errno = 0;
@@ -40,8 +35,10 @@ constexpr std::size_t kLongestMarked = 4096;
 FileError LineReader::Open(const std::filesystem::path& path, std::uint64_t most) {
     *this = {};
     left_ = most;
+    // What a first look takes out of a pipe would be missing when it is read as a file.
+    if (IsPipeOrDevice(path)) return {ESPIPE, "it is a pipe or a device, not a file"};
     handle_.reset(OpenHandle(path));
-    if (!handle_) return SystemError(errno);
+    if (!handle_) return ErrorOf(errno);
     std::setvbuf(handle_.get(), nullptr, _IONBF, 0);
     std::error_code unknown;
     const auto size = std::filesystem::file_size(path, unknown);
@@ -131,7 +128,7 @@ void LineReader::Fill() {
     left_ -= read;
     if (read < kBlock) {
         atEnd_ = true;
-        if (std::ferror(handle_.get()) != 0) error_ = SystemError(errno);
+        if (std::ferror(handle_.get()) != 0) error_ = ErrorOf(errno);
     }
     at_ = buffer_.get();
     end_ = at_ + kept + read;

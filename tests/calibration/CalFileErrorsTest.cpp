@@ -47,6 +47,14 @@ TEST_F(CalFileErrors, AFileThatCannotBeReadSaysWhy) {
     EXPECT_EQ(GetCalFileType(folder_.Path()).error, "Error opening cal file: Is a directory.");
 }
 
+TEST_F(CalFileErrors, ADeviceIsNoCalibration) {
+    if (!fs::exists("/dev/null")) GTEST_SKIP() << "this system has no devices among its files";
+    Cal cal = Changed();
+    EXPECT_EQ(cal.LoadSourceFile("/dev/null", FixedModel(), {}).error,
+              "Error opening file: Operation not supported.\r/dev/null");
+    EXPECT_EQ(GetCalFileType("/dev/null").error, "Error opening cal file: it is not a file.");
+}
+
 TEST_F(CalFileErrors, AFailedSaveKeepsWhatIsKnownAsChanged) {
     Cal cal = Changed();
     const fs::path path = folder_ / "no folder" / "x.cal";

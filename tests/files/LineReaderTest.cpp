@@ -3,6 +3,9 @@
 #include <random>
 #include <string>
 #include <vector>
+#ifdef __linux__
+#include <sys/stat.h>
+#endif
 
 #include "files/FileFixture.h"
 #include "files/LineReader.h"
@@ -183,6 +186,18 @@ TEST_F(LineReaderTest, AReadThatFailsIsNotTakenForTheEnd) {
     LineReader reader;
     // The first page of a process is never mapped: the file opens, and reading it fails.
     EXPECT_EQ(reader.Open("/proc/self/mem").code, EIO);
+}
+#endif
+
+#ifdef __linux__
+TEST_F(LineReaderTest, PipesAndDevicesAreNoFiles) {
+    LineReader reader;
+    ASSERT_EQ(reader.Open("/dev/null").text, "it is a pipe or a device, not a file");
+    // Nobody writes into it: to open it would be to wait.
+    ASSERT_EQ(mkfifo(In("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(reader.Open(In("pipe")).text, "it is a pipe or a device, not a file");
+    std::string_view line;
+    EXPECT_FALSE(reader.Next(line));
 }
 #endif
 
