@@ -1,5 +1,6 @@
 #include "files/OutputFile.h"
 
+#include <array>
 #include <cerrno>
 #include <system_error>
 
@@ -10,12 +11,20 @@ namespace {
 /// Enough for a second of the fastest instrument, so that the system is called about once per flush.
 constexpr std::size_t kWaitingLimit = std::size_t{64} * 1024;
 
+/// For the library, by OpenMode.
+#ifdef _WIN32
+constexpr std::array kModes{L"wb", L"ab", L"wbx"};
+#else
+constexpr std::array kModes{"wb", "ab", "wbx"};
+#endif
+
 std::FILE* OpenHandle(const std::filesystem::path& path, OpenMode mode) {
     errno = 0;
+    const auto* const named = kModes.at(static_cast<std::size_t>(mode));
 #ifdef _WIN32
-    return _wfopen(path.c_str(), mode == OpenMode::Replace ? L"wb" : L"ab");
+    return _wfopen(path.c_str(), named);
 #else
-    return std::fopen(path.c_str(), mode == OpenMode::Replace ? "wb" : "ab");
+    return std::fopen(path.c_str(), named);
 #endif
 }
 

@@ -12,8 +12,9 @@
 
 namespace marisonde {
 
-/// Replace empties a file that is already there; Extend goes on behind its last byte.
-enum class OpenMode { Replace, Extend };
+/// Replace empties a file that is already there; Extend goes on behind its last byte; Create fails with
+/// EEXIST.
+enum class OpenMode { Replace, Extend, Create };
 
 /// A file that grows line by line while an instrument talks. After the first failure every further Append and
 /// Flush gives that same error and writes nothing, so that a file never has a hole in its middle.

@@ -1,5 +1,6 @@
 #include "files/ReplacedFile.h"
 
+#include <cerrno>
 #include <system_error>
 #include <utility>
 
@@ -7,10 +8,24 @@ namespace marisonde {
 
 namespace fs = std::filesystem;
 
-ReplacedFile::ReplacedFile(fs::path destination, std::string_view mark, std::unique_ptr<OutputFile> file)
-    : destination_(std::move(destination)), beside_(destination_), file_(std::move(file)) {
-    beside_ += mark;
+namespace {
+
+/// Nobody writes so many copies of a file at a time; a limit keeps a broken file system from hanging a save.
+constexpr int kMostBeside = 1000;
+
+/// What a link leads to is replaced, and the link stays.
+fs::path WithoutLinks(fs::path path) {
+    std::error_code reason;
+    if (!fs::is_symlink(path, reason)) return path;
+    fs::path target = fs::canonical(path, reason);
+    return reason ? path : target;
 }
+
+}  // namespace
+
+ReplacedFile::ReplacedFile(const fs::path& destination, std::string_view mark,
+                           std::unique_ptr<OutputFile> file)
+    : destination_(WithoutLinks(destination)), mark_(mark), file_(std::move(file)) {}
 
 ReplacedFile::~ReplacedFile() {
     if (!opened_) return;
@@ -20,7 +35,14 @@ ReplacedFile::~ReplacedFile() {
 }
 
 FileError ReplacedFile::Open() {
-    FileError error = file_->Open(beside_, OpenMode::Replace);
+    // Another window or program may be writing the same file just now: each needs a name of its own.
+    FileError error;
+    for (int number = 1; number <= kMostBeside; ++number) {
+        beside_ = destination_;
+        beside_ += number == 1 ? mark_ : mark_ + std::to_string(number);
+        error = file_->Open(beside_, OpenMode::Create);
+        if (error.code != EEXIST) break;
+    }
     opened_ = !error;
     return error;
 }

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "files/OutputFile.h"
@@ -13,8 +14,8 @@ namespace marisonde {
 /// of it.
 class ReplacedFile {
   public:
-    /// `mark` is added to the name while the file is written.
-    ReplacedFile(std::filesystem::path destination, std::string_view mark,
+    /// `mark` is added to the name while the file is written, and a number where that is taken.
+    ReplacedFile(const std::filesystem::path& destination, std::string_view mark,
                  std::unique_ptr<OutputFile> file = std::make_unique<DiskFile>());
     ReplacedFile(const ReplacedFile&) = delete;
     ReplacedFile& operator=(const ReplacedFile&) = delete;
@@ -26,6 +27,7 @@ class ReplacedFile {
 
   private:
     std::filesystem::path destination_;
+    std::string mark_;
     std::filesystem::path beside_;
     std::unique_ptr<OutputFile> file_;
     bool opened_ = false;
