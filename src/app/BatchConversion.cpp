@@ -109,9 +109,17 @@ std::string BatchConversion::Prepare() {
     return result.ok ? "" : result.error;
 }
 
+/// By the file itself: on some disks names that differ in the case of their letters are one.
+bool BatchConversion::IsWritten(const fs::path& destination) const {
+    return std::any_of(written_.begin(), written_.end(), [&](const fs::path& written) {
+        std::error_code passedOver;
+        return fs::equivalent(written, destination, passedOver);
+    });
+}
+
 std::optional<FileConversion> BatchConversion::Begin(const fs::path& source, std::string& error) {
     const fs::path destination = DestinationOf(request_, source);
-    if (!written_.insert(destination.lexically_normal()).second) {
+    if (IsWritten(destination)) {
         error =
             "Error opening " + destination.string() + ": another of the files has just been written there";
         return std::nullopt;

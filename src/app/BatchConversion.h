@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -66,15 +65,21 @@ class BatchConversion {
     /// Begins the conversion of one of the files. Two sources never become one file: nullopt, with the reason
     /// in `error`, when another of them has been written there.
     std::optional<FileConversion> Begin(const std::filesystem::path& source, std::string& error);
+    /// To be called when the conversion of a file has been written.
+    void NoteWritten(const std::filesystem::path& source) {
+        written_.push_back(DestinationOf(request_, source));
+    }
 
   private:
+    [[nodiscard]] bool IsWritten(const std::filesystem::path& destination) const;
+
     BatchRequest request_;
     HeaderStamp stamp_;
     SigmaParams sigma_;
     PureWaterParams water_;
     CalibrationDataClass calibration_;
     std::vector<std::string> messages_;
-    std::set<std::filesystem::path> written_;
+    std::vector<std::filesystem::path> written_;
 };
 
 }  // namespace marisonde

@@ -1,6 +1,7 @@
 #include "app/ConvertCommand.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -117,13 +118,28 @@ bool ConvertOne(const fs::path& source, BatchConversion& batch, const BatchReque
     const ConversionResult result = RunShowingProgress(*std::move(conversion), source, console);
     if (result.outcome == Outcome::Failed) Complain(console, result.message);
     if (result.outcome != Outcome::Written) return false;
+    batch.NoteWritten(source);
     console.out(SummaryOf(source, destination, result.counts));
     return true;
 }
 
+/// What users, systems and sessions that end ask a program with to stop.
+constexpr std::array kStopSignals{
+    SIGINT,
+    SIGTERM,
+#ifdef SIGHUP
+    SIGHUP,
+#endif
+};
+
 volatile std::sig_atomic_t stopSignal = 0;
 void TakeSignal(int signal) {
     stopSignal = signal;
+}
+
+/// A program that was started to go on without its terminal does go on.
+void TakeUnlessIgnored(int signal) {
+    if (std::signal(signal, TakeSignal) == SIG_IGN) std::signal(signal, SIG_IGN);
 }
 
 bool ErrorsGoToATerminal() {
@@ -220,8 +236,7 @@ ConvertSettings UsersConvertSettings() {
 
 Console TerminalAtHand() {
     // A conversion that is interrupted takes away the half of a file that it has written.
-    std::signal(SIGINT, TakeSignal);
-    std::signal(SIGTERM, TakeSignal);
+    for (const int signal : kStopSignals) TakeUnlessIgnored(signal);
     Console console;
     console.out = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); };
     console.error = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); };

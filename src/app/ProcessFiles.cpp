@@ -38,7 +38,9 @@ QCoro::Task<bool> RunAll(Operation& operation, const BatchRequest& request, Batc
         std::optional<FileConversion> conversion = batch.Begin(request.files[file], refused.message);
         if (conversion) co_await RunOne(operation, *conversion, progress, host);
         if (operation.Cancelled()) co_return false;
-        Tell(conversion ? conversion->Result() : refused, file, host);
+        const ConversionResult& result = conversion ? conversion->Result() : refused;
+        if (result.outcome == ConversionResult::Outcome::Written) batch.NoteWritten(request.files[file]);
+        Tell(result, file, host);
     }
     co_return true;
 }

@@ -161,6 +161,32 @@ TEST_F(ConvertCommandTest, AnotherFolderTakesEachNameOnce) {
     EXPECT_EQ(Convert({"--cal", Cal().string(), "--out", (folder / "missing").string(), Raw().string()}), 1);
 }
 
+TEST_F(ConvertCommandTest, TwoNamesOfOneFileAreWrittenOnce) {
+    TestFolder::Write(folder / "one/cast.raw", kLine);
+    TestFolder::Write(folder / "two/CAST.raw", kLine + kLine);
+    fs::create_directory(folder / "out");
+    fs::create_symlink("cast.dat", folder / "out/CAST.dat");  // as disks do that do not tell cases apart
+    EXPECT_EQ(Convert({"--cal", Cal().string(), "--overwrite", "--out", (folder / "out").string(),
+                       (folder / "one/cast.raw").string(), (folder / "two/CAST.raw").string()}),
+              1);
+    EXPECT_EQ(error, "marisonde: Error opening " + (folder / "out/CAST.dat").string() +
+                         ": another of the files has just been written there\n");
+    EXPECT_NE(out.find("1 line, 1 sample"), std::string::npos) << out;
+}
+
+TEST_F(ConvertCommandTest, AFileThatFailedLeavesItsPlaceToTheNext) {
+    TestFolder::Write(folder / "two/cast.raw", kLine + kLine);
+    fs::create_directory(folder / "out");
+    TestFolder::Write(folder / "out/cast.dat", "older");
+    EXPECT_EQ(Convert({"--cal", Cal().string(), "--overwrite", "--out", (folder / "out").string(),
+                       (folder / "one/cast.raw").string(), (folder / "two/cast.raw").string()}),
+              1);
+    EXPECT_EQ(error, "marisonde: Error opening " + (folder / "one/cast.raw").string() +
+                         ": No such file or directory\n");
+    EXPECT_EQ(out, (folder / "two/cast.raw").string() + ": 2 lines, 2 samples -> " +
+                       (folder / "out/cast.dat").string() + "\n");
+}
+
 TEST_F(ConvertCommandTest, RawNumbersNeedNoCalibration) {
     EXPECT_EQ(Convert({"--to", "dec", "--housekeeping", Raw().string()}), 0);
     EXPECT_TRUE(TestFolder::Read(folder / "cast.dec").starts_with("Time,Pressure,Snorm1,SigOff1,"));

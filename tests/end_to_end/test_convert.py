@@ -82,12 +82,13 @@ class Convert(programs.Case):
         with self.raw.open("ab") as file:
             for _ in range(1500):
                 file.write(self.text.encode())
-        process = self.start("convert", "--cal", self.cal, self.raw)
-        programs.wait_for("the file to be written", lambda: list(self.home.glob("*.converting")))
-        process.send_signal(signal.SIGINT)
-        _, err = process.communicate(timeout=15)
-        self.assertEqual((process.returncode, err), (130, ""))
-        self.assertEqual(list(self.home.glob("my cast.dat*")), [])
+        for stop in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            process = self.start("convert", "--cal", self.cal, self.raw)
+            programs.wait_for("the file to be written", lambda: list(self.home.glob("*.converting")))
+            process.send_signal(stop)
+            _, err = process.communicate(timeout=15)
+            self.assertEqual((process.returncode, err), (130, ""), stop)
+            self.assertEqual(list(self.home.glob("my cast.dat*")), [], stop)
 
     def test_progress_on_a_terminal(self):
         with self.raw.open("ab") as file:
