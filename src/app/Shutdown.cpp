@@ -60,19 +60,25 @@ QCoro::Task<bool> CloseDataFiles(Operation& operation, DataWindow& window, bool 
     const DataWindowState& state = window.Link.State;
     const std::string model(InstTypeName(state.InstType));
     co_await SaveHasEnded(operation, window);
+    bool saves = false;
     if (ask && window.Files.HasUnsavedData()) {
         const Question unsaved = UnsavedDataQuestion(model, SourceOf(window));
         const Choice choice = co_await window.Ask().ShowChoiceDialog(operation, unsaved);
         if (choice == Choice::Third) co_return false;
         if (choice == Choice::First) {
-            const bool saved = co_await SaveBeforeClosing(operation, window);
-            if (!saved) co_return false;
+            saves = co_await SaveBeforeClosing(operation, window);
+            if (!saves) co_return false;
         }
     }
     if (ask && window.Files.AnyOpen() && AsksBeforeClosingFiles(state.InstState)) {
         const Question receiving = ReceivingDataQuestion(model);
         const Choice choice = co_await window.Ask().ShowChoiceDialog(operation, receiving);
         if (choice != Choice::First) co_return false;
+    }
+    // What came while the questions stood is wanted as well.
+    if (saves && window.Files.HasUnsavedData()) {
+        const bool saved = co_await SaveFileMenuCommand(operation, window);
+        if (!saved) co_return false;
     }
     for (const std::string& error : window.Files.CloseDataFiles(false)) window.Ask().ShowError(error);
     window.ClearShownData();

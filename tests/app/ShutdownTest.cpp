@@ -120,6 +120,23 @@ TEST_F(ShutdownTest, SavingAsksForTheNameThatIsMissing) {
     EXPECT_EQ(dialogs.proposedBases.at(1), (folder / "values.dat").string());
 }
 
+TEST_F(ShutdownTest, WhatComesWhileTheQuestionsStandIsSavedToo) {
+    DataWindow& window = Sampling();
+    dialogs.saveBase = (folder / "cast").string();
+    EXPECT_EQ(Close(window, {Choice::First}), std::nullopt);
+    EXPECT_EQ(Asked(), (std::vector<std::string>{kUnsaved, kReceiving}));
+    const auto savedFirst = TestFolder::Read(folder / "cast.raw");
+    Run(window, std::chrono::minutes(5));
+    EXPECT_FALSE(window.Files.FlushNow(DataFileKind::Raw));
+    const auto recorded = TestFolder::Read(window.Files.State().rawTemporary);
+    ASSERT_GT(recorded.size(), savedFirst.size());
+    dialogs.answers = {Choice::First, Choice::Second};
+    Settle();
+    EXPECT_EQ(result, true);
+    EXPECT_EQ(dialogs.filesAsked.size(), 1U);  // the name is known by then
+    EXPECT_TRUE(TestFolder::Read(folder / "cast.raw").starts_with(recorded));
+}
+
 TEST_F(ShutdownTest, CancelledSaveLeavesEverythingOpen) {
     DataWindow& window = Sampling();
     dialogs.saveBase = "";
