@@ -17,6 +17,7 @@
 #include "files/LineReader.h"
 #include "files/RawFile.h"
 #include "platform/Operations.h"
+#include "platform/Recovery.h"
 
 namespace marisonde {
 
@@ -57,6 +58,19 @@ Sources SourcesOf(const DataWindow& window) {
     const DataFileState& files = window.Files.State();
     const fs::path& name = files.rawFinal.empty() ? files.datFinal : files.rawFinal;
     return {files.rawTemporary, files.datTemporary, name};
+}
+
+/// A running copy of the program records under that name, or may at any time, and deletes it afterwards.
+bool IsForRecording(const AppContext& app, const fs::path& name) {
+    if (!IsTemporaryDataName(name.filename().string())) return false;
+    std::error_code unknown;
+    const fs::path copies = fs::canonical(name.parent_path(), unknown).parent_path();
+    return fs::equivalent(copies, app.temporaryFolder.parent_path(), unknown);
+}
+
+std::string ForRecordingText(const fs::path& name) {
+    return name.string() +
+           " is a name that data are recorded under until they are saved.  Choose another folder.";
 }
 
 DataFilesToSave WhatCanBeSaved(const DataWindow& window, const Sources& sources) {
@@ -113,12 +127,22 @@ QCoro::Task<CopyEnd> CopyAs(Operation& operation, DataWindow& window, DataFileKi
     co_return end;
 }
 
+/// A recording that a full disk had ended is taken up again behind what has been saved of it.
+QCoro::Task<> GoOnRecording(Operation& operation, DataWindow& window, DataFileKind kind, fs::path name) {
+    if (const FileError error = window.Files.OpenForAppending(kind)) {
+        const std::string text = NoNewDataText(error, name, "appending");
+        co_await window.Ask().ShowMessage(operation, text);
+    }
+}
+
 /// One file under the user's name. False: it could not be saved.
 QCoro::Task<bool> SaveCopyAs(Operation& operation, DataWindow& window, DataFileKind kind, fs::path source,
                              fs::path name) {
+    const bool recorded = !window.Stored.IsShown();
     std::error_code passedOver;
-    if (fs::equivalent(source, name, passedOver)) co_return true;
+    if (!recorded && fs::equivalent(source, name, passedOver)) co_return true;
     const CopyEnd end = co_await CopyAs(operation, window, kind, source, name);
+    if (end.made && recorded) co_await GoOnRecording(operation, window, kind, name);
     if (!end.trouble) co_return end.made;
     const std::string text = ErrorWhileSaving(end.trouble->error, name);
     co_await window.Ask().ShowMessage(operation, text);
@@ -153,6 +177,11 @@ QCoro::Task<bool> SaveOne(Operation& operation, DataWindow& window, DataFileKind
     co_await SaveHasEnded(operation, window);
     const Sources sources = SourcesOf(window);
     const fs::path name = FinalDataPath(base, kind);
+    if (IsForRecording(window.App(), name)) {
+        const std::string text = ForRecordingText(name);
+        co_await window.Ask().ShowMessage(operation, text);
+        co_return false;
+    }
     const fs::path& there = kind == DataFileKind::Raw ? sources.raw : sources.dat;
     bool saved = false;
     if (there.empty())
@@ -241,10 +270,7 @@ QCoro::Task<bool> SaveFileMenuCommand(Operation& operation, DataWindow& window) 
         const CopyEnd end = co_await CopyAs(operation, window, kind, source, name);
         if (end.trouble) TellWhereDataAre(window, *end.trouble);
         if (!end.made) co_return false;
-        if (const FileError error = window.Files.OpenForAppending(kind)) {
-            const std::string text = NoNewDataText(error, name, "appending");
-            co_await window.Ask().ShowMessage(operation, text);
-        }
+        co_await GoOnRecording(operation, window, kind, name);
     }
     window.StatusLine = "Saved to " + sources.name.parent_path().string() + ".";
     co_return true;

@@ -1,11 +1,14 @@
 #include "files/DataFiles.h"
 
 #include <algorithm>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
 #include "files/DatFile.h"
 #include "files/FileCopy.h"
+#include "files/FileHeader.h"
+#include "files/RawFile.h"
 
 namespace marisonde {
 
@@ -18,6 +21,23 @@ constexpr std::array<std::string_view, kDataFileKinds> kExtensions{".raw", ".dat
 
 std::string_view ExtensionOf(DataFileKind kind) {
     return kExtensions[static_cast<std::size_t>(kind)];
+}
+
+/// What a full disk took of a sample it did not take whole: its last number would be read as another one.
+void CutOffHalfLine(const fs::path& path) {
+    constexpr std::uint64_t kLineFeed = 1;
+    const std::uint64_t whole = WholeLinesLength(path);
+    std::error_code reason;
+    const std::uint64_t size = fs::file_size(path, reason);
+    if (!reason && whole > 0 && size > whole + kLineFeed) fs::resize_file(path, whole + kLineFeed, reason);
+}
+
+/// Whether the next line can follow. A file that is empty, or that nobody can read, has none to be ended.
+bool EndsInLineEnd(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    file.seekg(-1, std::ios::end);
+    const int last = file.get();
+    return !file || last == '\n';
 }
 
 }  // namespace
@@ -129,6 +149,7 @@ DataFileTrouble DataFiles::TurnOff(DataFileKind kind, const FileError& error) {
     Slot& slot = At(kind);
     slot.file->Close();  // gives the same error again, which the user is told once
     slot.waitingSince.reset();
+    if (kind == DataFileKind::Dat) CutOffHalfLine(TemporaryPath(kind));
     return TroubleOf(kind, error);
 }
 
@@ -176,8 +197,13 @@ std::optional<DataFileTrouble> DataFiles::FlushNow(DataFileKind kind) {
 
 FileError DataFiles::OpenForAppending(DataFileKind kind) {
     if (IsOpen(kind) || TemporaryPath(kind).empty()) return {};
-    At(kind).file = makeFile_();
-    return At(kind).file->Open(TemporaryPath(kind), OpenMode::Extend);
+    Slot& slot = At(kind);
+    slot.file = makeFile_();
+    const bool lineEnded = EndsInLineEnd(TemporaryPath(kind));
+    if (FileError error = slot.file->Open(TemporaryPath(kind), OpenMode::Extend)) return error;
+    // The halves of two lines would make one that nobody has sent.
+    if (!lineEnded) slot.file->Append(kLineEnd);
+    return {};
 }
 
 bool DataFiles::HasVanished(DataFileKind kind) const {

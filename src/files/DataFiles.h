@@ -92,7 +92,7 @@ class DataFiles {
 
     /// Hands everything to the system now.
     std::optional<DataFileTrouble> FlushNow(DataFileKind kind);
-    /// Goes on behind the last byte of a file that an error has turned off. Error 0: it takes data again.
+    /// Goes on in a file that an error has turned off, on a line of its own. Error 0: it takes data again.
     FileError OpenForAppending(DataFileKind kind);
     /// Somebody has removed the temporary file: what it held and was not saved is lost.
     [[nodiscard]] bool HasVanished(DataFileKind kind) const;

@@ -113,6 +113,36 @@ TEST_F(SaveFileTest, FolderThatCannotBeWrittenInIsToldAndAnotherTakesTheData) {
     EXPECT_TRUE(fs::exists(folder / "one.raw"));
 }
 
+TEST_F(SaveFileTest, WhereACopyOfTheProgramRecordsNothingIsSaved) {
+    app.temporaryFolder = folder / "copies/1";
+    fs::create_directories(app.temporaryFolder);
+    TestFolder::Write(folder / "copies/2/0.raw", "another's");
+    fs::create_directory_symlink(folder / "copies/2", folder / "shortcut");
+    DataWindow& window = Sampling();
+    const std::string own = (app.temporaryFolder / "0").string();
+    const std::string others = (folder / "shortcut/0").string();
+    dialogs.answers = {Choice::First, Choice::First};  // replace what is there
+    EXPECT_EQ(SaveAs(window, own, 1), false);
+    EXPECT_EQ(SaveAs(window, others, 1), false);
+    const std::string reason =
+        ".raw is a name that data are recorded under until they are saved.  Choose another folder.";
+    EXPECT_EQ(dialogs.notices, (std::vector<std::string>{own + reason, others + reason}));
+    EXPECT_EQ(TestFolder::Read(folder / "copies/2/0.raw"), "another's");
+    EXPECT_TRUE(window.Files.HasUnsavedData());
+    EXPECT_TRUE(window.Files.State().rawFinal.empty());
+}
+
+TEST_F(SaveFileTest, ALinkToTheRecordingIsNoCopyOfIt) {
+    DataWindow& window = Sampling();
+    fs::create_symlink(window.Files.State().rawTemporary, folder / "mine.raw");
+    dialogs.answers = {Choice::First};
+    EXPECT_EQ(SaveAs(window, (folder / "mine.raw").string(), 1), false);
+    EXPECT_EQ(dialogs.notices,
+              std::vector<std::string>{"Error16 (Device or resource busy) occurred while saving " +
+                                       (folder / "mine.raw").string()});
+    EXPECT_TRUE(window.Files.HasUnsavedData());
+}
+
 TEST_F(SaveFileTest, LongCopyLetsTheWindowLiveAndSavesWhatWasThereAtItsBegin) {
     DataWindow& window = Keep(Scripted(Model::Corvane6));
     const std::string block(1 << 20, 'x');
@@ -388,6 +418,18 @@ TEST_F(FullDiskTest, RecordingIsTakenUpAgainBySaving) {
     Run(window, kTick);
     EXPECT_EQ(Save(window, SaveFileMenuCommand), true);
     EXPECT_EQ(BehindHeader(TestFolder::Read(folder / "one.raw"), "[EndHeader]"), "hello\r\nmore\r\n");
+}
+
+TEST_F(FullDiskTest, RecordingIsTakenUpAgainBySavingElsewhere) {
+    DataWindow& window = Recording();
+    full = false;
+    EXPECT_EQ(SaveAs(window, (folder / "two").string(), 1), true);
+    EXPECT_TRUE(window.Files.IsOpen(DataFileKind::Raw));
+    port->Queue("more\r\n");
+    Run(window, kTick);
+    EXPECT_EQ(Save(window, SaveFileMenuCommand), true);
+    EXPECT_EQ(BehindHeader(TestFolder::Read(folder / "two.raw"), "[EndHeader]"), "hello\r\nmore\r\n");
+    EXPECT_EQ(BehindHeader(TestFolder::Read(folder / "one.raw"), "[EndHeader]"), "hello\r\n");
 }
 
 TEST_F(FullDiskTest, AFileThatCannotBeExtendedIsTold) {

@@ -131,6 +131,68 @@ TEST_F(DataFilesTest, ARemovedFolderIsReportedOnceAndDataComeOn) {
 }
 #endif
 
+/// A real file on a disk with room for so many bytes, of which it takes what fits, as disks do.
+class LimitedFile final : public OutputFile {
+  public:
+    explicit LimitedFile(std::size_t& room) : room_(room) {}
+    FileError Open(const fs::path& path, OpenMode mode) override { return file_.Open(path, mode); }
+    FileError Append(std::string_view bytes) override {
+        const std::string_view fits = bytes.substr(0, room_);
+        room_ -= fits.size();
+        const FileError error = file_.Append(fits);
+        if (error || fits.size() == bytes.size()) return error;
+        return {ENOSPC, std::generic_category().message(ENOSPC)};
+    }
+    FileError Flush() override { return file_.Flush(); }
+    FileError Close() override { return file_.Close(); }
+    [[nodiscard]] bool IsOpen() const override { return file_.IsOpen(); }
+    [[nodiscard]] const fs::path& Path() const override { return file_.Path(); }
+
+  private:
+    std::size_t& room_;
+    DiskFile file_;
+};
+
+TEST_F(DataFilesTest, AFullDiskLeavesNoHalfOfASample) {
+    const std::string head = "dat header\r\n";
+    const std::string first = "40000,2,\r\n";
+    // Of the second sample: half its time, its time, all but the line end, and half of that too.
+    for (const std::size_t more : {std::size_t{3}, std::size_t{6}, std::size_t{8}, std::size_t{9}}) {
+        std::size_t room = head.size() + first.size() + more;
+        DataFiles files(0, [&room] { return std::make_unique<LimitedFile>(room); });
+        DataFilesRequest request = Both();
+        request.rawHeader.clear();
+        ASSERT_TRUE(files.OpenDataFiles(request).empty());
+        EXPECT_FALSE(WriteTimeOf(files, 40000, Millis(0)));
+        EXPECT_TRUE(WriteTimeOf(files, 40001, Millis(50)));
+        const bool half = more < 9;  // "40001,2," and a CR is a whole line to every reader
+        EXPECT_EQ(TextOf(Temporary() / "0.dat"), head + first + (half ? "" : "40001,2,\r")) << more;
+        room = 1000;
+        ASSERT_FALSE(files.OpenForAppending(kDat));
+        EXPECT_FALSE(WriteTimeOf(files, 40002, Millis(100)));
+        EXPECT_FALSE(files.FlushNow(kDat));
+        EXPECT_EQ(TextOf(Temporary() / "0.dat"),
+                  head + first + (half ? "" : "40001,2,\r\r\n") + "40002,2,\r\n")
+            << more;
+    }
+}
+
+TEST_F(DataFilesTest, ARecordingThatIsTakenUpAgainJoinsNoHalvesOfLines) {
+    std::size_t room = std::string("raw header\r\none\r\ntw").size();
+    DataFiles files(0, [&room] { return std::make_unique<LimitedFile>(room); });
+    DataFilesRequest request = Both();
+    request.datHeader.clear();
+    ASSERT_TRUE(files.OpenDataFiles(request).empty());
+    EXPECT_FALSE(files.WriteRaw("one\r\n", Millis(0)));
+    EXPECT_TRUE(files.WriteRaw("two\r\nthr", Millis(50)));
+    EXPECT_EQ(TextOf(Temporary() / "0.raw"), "raw header\r\none\r\ntw");
+    room = 1000;
+    ASSERT_FALSE(files.OpenForAppending(kRaw));
+    EXPECT_FALSE(files.WriteRaw("our\r\nfive\r\n", Millis(100)));
+    EXPECT_FALSE(files.FlushNow(kRaw));
+    EXPECT_EQ(TextOf(Temporary() / "0.raw"), "raw header\r\none\r\ntw\r\nour\r\nfive\r\n");
+}
+
 /// Files in memory that fail when the test wants it. A file lives until its window opens or closes files
 /// again.
 class FailingDataFilesTest : public testing::Test {
