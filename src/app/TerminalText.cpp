@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "app/FileDialogs.h"
-#include "files/OutputFile.h"
+#include "files/ReplacedFile.h"
 #include "platform/Operations.h"
 
 namespace marisonde {
@@ -19,12 +19,10 @@ constexpr std::array kTextFilters{
 };
 
 FileError Write(const std::string& path, const std::string& text) {
-    DiskFile file;
-    if (FileError error = file.Open(path)) return error;
-    file.Append(text);
-    FileError error = file.Flush();
-    const FileError closing = file.Close();
-    return error ? error : closing;
+    ReplacedFile file(path, ".saving");
+    if (FileError error = file.Open()) return error;
+    if (FileError error = file.Append(text)) return error;
+    return file.Commit();
 }
 
 }  // namespace

@@ -17,16 +17,6 @@ std::string SystemText() {
     return std::error_code(errno, std::generic_category()).message();
 }
 
-bool WriteBytes(const std::filesystem::path& path, std::string_view bytes, std::string& reason) {
-    errno = 0;
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (!file.fail()) return true;
-    reason = SystemText();
-    return false;
-}
-
 bool Exists(const std::filesystem::path& path) {
     std::error_code error;
     return std::filesystem::exists(path, error);
@@ -166,10 +156,8 @@ CalFileResult CalibrationDataClass::LoadSourceFile(const std::filesystem::path& 
 
 CalFileResult CalibrationDataClass::SaveCopyToFile(const std::filesystem::path& path,
                                                    const PureWaterParams& water) {
-    std::string reason;
-    if (!WriteBytes(path, CalText(water), reason)) {
-        return {false, "Error writing file: " + reason + ".\r" + path.string(), {}};
-    }
+    if (const std::error_code reason = WriteFileBytes(path, CalText(water)))
+        return {false, "Error writing file: " + reason.message() + ".\r" + path.string(), {}};
     ChangedItems = 0;
     savedFile_ = path.string();
     return {true, "", {}};

@@ -1,6 +1,7 @@
 // Calibration files that cannot be read or written.
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <set>
 #include <string>
 
 #include "CalFixture.h"
@@ -68,11 +69,26 @@ TEST_F(CalFileErrors, AFailedSaveKeepsWhatIsKnownAsChanged) {
 TEST_F(CalFileErrors, AFullDiskIsAFailedSave) {
     if (!fs::exists("/dev/full")) GTEST_SKIP() << "this system has no device that is always full";
     Cal cal = Changed();
-    const auto result = cal.SaveCopyToFile("/dev/full", {});
+    const fs::path path = folder_ / "x.cal";
+    TestFolder::Write(path, "older");
+    fs::create_symlink("/dev/full", folder_ / "x.cal.saving");  // takes no byte, as a full disk does
+    const auto result = cal.SaveCopyToFile(path, {});
     EXPECT_FALSE(result.ok);
-    EXPECT_EQ(result.error, "Error writing file: No space left on device.\r/dev/full");
+    EXPECT_EQ(result.error, "Error writing file: No space left on device.\r" + path.string());
+    EXPECT_EQ(TestFolder::Read(path), "older");
+    EXPECT_EQ(TestFolder::Names(folder_.Path()), std::set<std::string>{"x.cal"});
     EXPECT_EQ(cal.ChangedItems, 5);
     EXPECT_EQ(cal.SavedFile(), "");
+}
+
+TEST_F(CalFileErrors, OfALinkTheFileItLeadsToIsSaved) {
+    TestFolder::Write(folder_ / "stick" / "x.cal", "older");
+    fs::create_symlink(folder_ / "stick" / "x.cal", folder_ / "x.cal");
+    Cal cal = Changed();
+    EXPECT_TRUE(cal.SaveCopyToFile(folder_ / "x.cal", {}).ok);
+    EXPECT_TRUE(fs::is_symlink(folder_ / "x.cal"));
+    EXPECT_EQ(TestFolder::Read(folder_ / "stick" / "x.cal"), cal.CalText({}));
+    EXPECT_EQ(TestFolder::Names(folder_ / "stick"), std::set<std::string>{"x.cal"});
 }
 
 }  // namespace
