@@ -21,6 +21,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kMaxInstances = 10000;
+constexpr int kNobodysNumber = 0;  ///< there is never a folder of it
 
 /// Elsewhere than on Windows all users share the system's temporary folder.
 std::string RootName() {
@@ -87,7 +88,9 @@ Instance::Instance(const InstancePlaces& places, Settings& settings)
     const int first = prevInstance_ ? stored + 1 : 1;
     number_ = first;
     while (problem_.empty() && !Take(number_)) NextNumber(first);
-    folder_ = FolderOf(root_, number_);
+    // What cannot be locked may hold the data of a dead run: then nothing is recorded, rather than over
+    // these.
+    folder_ = FolderOf(root_, problem_.empty() ? number_ : kNobodysNumber);
     settings.SaveSetting("App", "Instance", std::to_string(number_));
 }
 

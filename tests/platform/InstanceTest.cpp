@@ -10,6 +10,7 @@
 #include <string>
 
 #include "platform/Instance.h"
+#include "support/ReadOnlyFolder.h"
 #include "support/TestFolder.h"
 
 namespace marisonde {
@@ -169,6 +170,18 @@ TEST_F(InstanceTest, ATemporaryFolderThatCannotBeMadeIsReported) {
     EXPECT_NE(instance.Problem(), "");
     EXPECT_EQ(instance.Number(), 1);
     EXPECT_FALSE(fs::exists(instance.Folder()));
+}
+
+TEST_F(InstanceTest, WhatADeadRunLeftOnAFullDiskIsNotWrittenOver) {
+    const fs::path root = Root();
+    TestFolder::Write(root / "1" / "0.raw", "lines");
+    const ReadOnlyFolder disc(user.Path());
+    if (!disc.Refuses()) GTEST_SKIP() << "nothing is refused here";
+    const auto next = Start();  // as on a full disk, no lock can be made
+    EXPECT_NE(next->Problem(), "");
+    EXPECT_NE(next->Folder(), root / "1");
+    std::error_code passedOver;
+    EXPECT_FALSE(fs::exists(next->Folder(), passedOver));
 }
 
 }  // namespace
