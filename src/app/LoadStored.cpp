@@ -1,6 +1,7 @@
 #include "app/LoadStored.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -77,10 +78,13 @@ std::string Told(const StoredFile& file, const LoadResult& result) {
 }
 
 /// What the time of samples without a clock counts from: when the recording began.
-double BeginOf(const std::filesystem::path& path) {
+double BeginOf(const StoredFile& file) {
+    // The times of a calibrated file without dates are the count itself. Its beginning is 0 like theirs, but
+    // not the 0 of a sample that has no time at all.
+    if (file.IsCalibrated()) return std::numeric_limits<double>::min();
     FileHeaderInfo info;
     constexpr double kNoDate = 1;  // not 0, which means that a sample has no date at all
-    if (ReadFileHeader(path, info)) return kNoDate;
+    if (ReadFileHeader(file.path, info)) return kNoDate;
     return CreationDateFrom(info.CreationDate).value_or(kNoDate);
 }
 
@@ -89,7 +93,7 @@ QCoro::Task<> Load(Operation& operation, DataWindow& window, StoredFile file, bo
     const int mine = ++window.LoadSerial;
     const StoredFile before = std::exchange(window.Stored, file);
     PlotSink plot(window, window.Plot.MaxGraphPoints, PlotSink::NewestSample::Follows);
-    const double begin = BeginOf(file.path);
+    const double begin = BeginOf(file);
     plot.DateWithoutClock = [begin](const CalibratedSample& sample) { return begin + sample.Elapsed; };
     const Converter converter(window.Link.CalData, window.App().sigma, window.App().pureWater);
     RawFileReader raw(window.Link.CalData.InstType, converter);

@@ -192,6 +192,8 @@ TEST_F(DataWindowTest, TransferGoesToTheFileAndNotToTheGraph) {
     QueueLines(*window, other, 4);
     window->Link.DataLineQueue.Add("not a data line");
     QueueLines(*window, other, 1);
+    Run(*window, kTick);
+    EXPECT_EQ(window->Link.DataLineQueue.size(), 0) << "a line without a sample ends no tick";
     Run(*window, std::chrono::seconds(1));
     EXPECT_EQ(window->Plot.PlotIndex(), 2) << "the one that came before";
     EXPECT_EQ(window->Plot.Readouts().DataBox[0].View(), shown);

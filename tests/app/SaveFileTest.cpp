@@ -529,10 +529,24 @@ TEST_F(NewFileTest, NamedFilesAreSavedWithoutAsking) {
     EXPECT_EQ(window.Files.State().datFinal, folder / "cast one.dat");
     EXPECT_FALSE(window.Files.State().stillToBeNamed);
     EXPECT_FALSE(fs::exists(folder / "cast one.raw"));
+    EXPECT_EQ(app.prefs.SavePath, folder.Path().string() + "/");
     EXPECT_EQ(Save(window, SaveFileMenuCommand), true);
     EXPECT_TRUE(fs::exists(folder / "cast one.raw"));
     EXPECT_TRUE(fs::exists(folder / "cast one.dat"));
     EXPECT_EQ(dialogs.filesAsked.size(), 1U);
+}
+
+TEST_F(NewFileTest, NamingDoesNotUndoASaveMadeMeanwhile) {
+    DataWindow& window = Sampling();
+    TestFolder::Write(folder / "cast.raw", "older");
+    dialogs.chosen = {{(folder / "cast").string(), 0}};
+    Do(window, [&](Operation& operation) { return NameFilesCommand(operation, window); });
+    ASSERT_EQ(dialogs.asked.size(), 1U);  // whether to replace the older one
+    ASSERT_FALSE(window.Files.SaveCopy(DataFileKind::Raw, folder / "other.raw"));
+    dialogs.answers = {Choice::First};
+    Settle();
+    EXPECT_EQ(window.Files.State().rawFinal, folder / "other.raw");
+    EXPECT_EQ(TestFolder::Read(folder / "cast.raw"), "older");
 }
 
 TEST_F(NewFileTest, CancelledNamingLeavesThemUnnamed) {

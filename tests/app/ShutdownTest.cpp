@@ -1,3 +1,5 @@
+#include <cerrno>
+
 #include "app/FilesFixture.h"
 #include "app/SaveFile.h"
 #include "app/Shutdown.h"
@@ -97,6 +99,20 @@ TEST_F(ShutdownTest, UnsavedDataOfANamedFileAreAskedAboutByItsName) {
     EXPECT_EQ(Asked(), std::vector<std::string>{"The graph contains unsaved data from Corvane-6 " +
                                                 (folder / "cast.raw").string() +
                                                 ".  Save the data before proceeding?"});
+}
+
+TEST_F(ShutdownTest, ErrorsOfClosingAreTold) {
+    std::vector<FailingOutputFile*> made;
+    DataWindow& window = Keep(Scripted(Model::Corvane6, [&made] {
+        auto file = std::make_unique<FailingOutputFile>();
+        made.push_back(file.get());
+        return file;
+    }));
+    window.Files.WriteRaw("some data\r\n", clock.Steady());
+    made.at(0)->flushFailsWith = ENOSPC;
+    EXPECT_EQ(Close(window, {Choice::Second, Choice::Second}), true);
+    EXPECT_EQ(dialogs.errors, std::vector<std::string>{"Error closing files: No space left on device"});
+    EXPECT_FALSE(window.Files.AnyOpen());
 }
 
 TEST_F(ShutdownTest, WithoutFilesNobodyIsAskedAboutClosingThem) {
