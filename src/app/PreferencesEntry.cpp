@@ -2,8 +2,10 @@
 
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "app/DataWindow.h"
+#include "app/LoadStored.h"
 #include "common/Numbers.h"
 #include "graphs/LivePlot.h"
 
@@ -13,6 +15,12 @@ namespace {
 
 constexpr std::array<std::string_view, 5> kSavedAtOnce{"ConnectOnStartup", "NameFilesOnOpen", "UserHeader",
                                                        "RecallLastCal", "MaxGraphPoints"};
+
+/// A file that is being read is read again: the groups of the other limit would lose points without a word.
+void TakeGraphPoints(DataWindow& window, int most) {
+    if (std::exchange(window.Plot.MaxGraphPoints, most) == most) return;
+    if (window.LoadProgress) StartReload(window);
+}
 
 }  // namespace
 
@@ -43,7 +51,7 @@ void TakePreferences(AppContext& app, const PreferencesEntry& entry) {
     prefs.ORCA = entry.ORCA;
     for (const std::string_view key : kSavedAtOnce) SavePreference(app.settings, prefs, key);
     for (DataWindow* window : app.windows)
-        if (window != nullptr) window->Plot.MaxGraphPoints = prefs.MaxGraphPoints;
+        if (window != nullptr) TakeGraphPoints(*window, prefs.MaxGraphPoints);
 }
 
 }  // namespace marisonde

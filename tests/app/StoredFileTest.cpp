@@ -1,5 +1,6 @@
 #include "app/LoadStored.h"
 #include "app/OpenFileFixture.h"
+#include "app/PreferencesEntry.h"
 #include "app/Shutdown.h"
 #include "support/ReadOnlyFolder.h"
 
@@ -232,6 +233,19 @@ TEST_F(StoredFileTest, WindowShowsAFileWithoutTakingLiveSamples) {
     Tick();
     EXPECT_EQ(PointsOf(window), shown);
     EXPECT_GT(window.Link.DataLineQueue.size(), 0);
+}
+
+TEST_F(StoredFileTest, AnotherLimitOfPointsHoldsForAFileThatIsBeingRead) {
+    DataWindow& window = Loading(RawOf(70000));
+    PreferencesEntry entry = EntryOf(app.prefs);
+    entry.MaxGraphPoints = "1000";
+    dialogs.answers = {Choice::Second};
+    TakePreferences(app, entry);
+    Settle();
+    ASSERT_EQ(dialogs.asked.size(), 1U);
+    EXPECT_EQ(dialogs.asked[0].message, NextGroupQuestion(1000, true).message);
+    EXPECT_EQ(window.StatusLine, "many.raw: more points follow.  1000 points");
+    EXPECT_EQ(window.Chart.ChartGroups(1).LastPoint(), 1000);
 }
 
 TEST_F(StoredFileTest, StoppingALoadKeepsWhatWasRead) {
