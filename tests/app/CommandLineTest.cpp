@@ -103,6 +103,7 @@ TEST(CommandLineTest, PairsAreTrimmedAndFreedOfQuotes) {
         {"\"a b.raw; c d.cal\"", "a b.raw", "c d.cal"},
         {"a.raw", "a.raw", ""},
         {"\"a.raw\"", "a.raw", ""},
+        {"\" a.raw ; b.cal \"", "a.raw", "b.cal"},
         {"a.raw;", "a.raw", ""},
         {";b.cal", "", "b.cal"},
         {"a;b;c", "a", "b;c"},

@@ -22,6 +22,7 @@ class CommandLine(programs.Case):
                 (["--port", "0", "--model", "delph-2"], "The port must be a number from 1 to 31."),
                 (["--port", "1", "--baud", "1200"], "The rate must be 4800, 9600, 19200, 38400, 57600 or 115200."),
                 (["--model", "delph-2"], "--model goes with --port."),
+                (["--cal", "a.cal", "cast.raw"], "--cal does not go with 'cast.raw'; write"),
                 (["--demo", "corvane-7"], "'corvane-7' is not a model. Models are: Corvane-6,"),
                 (["--demo", ",".join(["delph-2"] * 7)], "Cannot open more than 6 windows."),
                 (["--demo", "delph-2", "--seconds", "0"], "The time must be at least one second.")]:
@@ -30,6 +31,14 @@ class CommandLine(programs.Case):
                 self.assertEqual((status, out), (2, ""))
                 self.assertTrue(err.startswith("marisonde: " + complaint), err)
                 self.assertTrue(err.endswith("\nTry 'marisonde --help'.\n"), err)
+
+    def test_a_window_without_a_screen_is_told_of(self):
+        for arguments in [[], ["--open", "cast.raw"], ["--demo", "delph-2"]]:
+            with self.subTest(arguments=arguments):
+                status, out, err = self.run_to_end(*arguments, QT_QPA_PLATFORM="xcb", DISPLAY="", WAYLAND_DISPLAY="")
+                self.assertEqual((status, out), (1, ""))
+                self.assertTrue(err.endswith("marisonde: There is no screen to show a window on. "
+                                             "'marisonde convert' needs none.\n"), err)
 
     def test_files_that_are_missing_end_the_program_without_a_window(self):
         status, out, _ = self.run_to_end("/nowhere/cast.raw;/nowhere/instrument.cal")

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,16 @@ QtMessageHandler usualMessages = nullptr;
 /// Off screen the toolkit says of every dialog that there is no window manager to tell its size to.
 void PassOverSizeHints(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     if (!text.contains(QLatin1String("propagateSizeHints"))) usualMessages(type, context, text);
+}
+
+/// Where there is no screen the toolkit advises to install it anew, and breaks off.
+void EndWithoutScreen(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (type == QtFatalMsg && text.contains(QLatin1String("no Qt platform plugin could be initialized"))) {
+        std::fputs("marisonde: There is no screen to show a window on. 'marisonde convert' needs none.\n",
+                   stderr);
+        std::_Exit(1);
+    }
+    PassOverSizeHints(type, context, text);
 }
 
 bool HasScreen() {
@@ -86,7 +97,7 @@ int main(int argc, char** argv) {
         default:
             break;
     }
-    usualMessages = qInstallMessageHandler(PassOverSizeHints);
+    usualMessages = qInstallMessageHandler(EndWithoutScreen);
     QApplication application(argc, argv);
     NameProgram();
     QGuiApplication::setDesktopFileName("marisonde");
