@@ -247,14 +247,42 @@ TEST_F(ConvertCommandTest, AnInterruptedRunLeavesNoHalfOfAFile) {
     EXPECT_EQ(FilesThere(), 2U);
 }
 
-TEST_F(ConvertCommandTest, MissingTablesAreTold) {
+TEST_F(ConvertCommandTest, MissingTablesAndWhatIsMissedInThemAreTold) {
     stored.SaveSetting("Sigma", "aStar", "nowhere.csv");
     settings = LoadConvertSettings(stored, folder.Path(), folder.Path(), 40000);
+    CalibrationDataClass cal;
+    const CalFileResult loaded = cal.LoadSourceFile(Cal(), settings.sigma, settings.water);
+    ASSERT_FALSE(loaded.messages.empty());
+    std::string told =
+        "marisonde: Files needed for sigma correction were not found.  Please check the parameter "
+        "settings.\n";
+    for (const std::string& message : loaded.messages) told += "marisonde: " + message + "\n";
     EXPECT_EQ(Convert({"--cal", Cal().string(), Raw().string()}), 0);
-    EXPECT_TRUE(
-        error.starts_with("marisonde: Files needed for sigma correction were not found.  Please check the "
-                          "parameter settings.\n"))
-        << error;
+    EXPECT_EQ(error, told);
+    error.clear();
+    EXPECT_EQ(ConvertPair(Pair(), settings, console), 0);
+    EXPECT_EQ(error, told);
+    EXPECT_EQ(Convert({"--to", "dec", Raw().string()}), 0);
+    EXPECT_EQ(error, "") << "raw numbers need no tables";
+}
+
+TEST_F(ConvertCommandTest, TheCalibrationUsedLastServesWhereNoneIsNamed) {
+    settings.calFile = Cal().string();
+    EXPECT_EQ(Convert({Raw().string()}), 0);
+    EXPECT_NE(TestFolder::Read(folder / "cast.dat").find("CalSource=" + Cal().string() + "\r\n"),
+              std::string::npos);
+    settings.calFile = (folder / "gone.cal").string();
+    EXPECT_EQ(Convert({"--overwrite", Raw().string()}), 1);
+    EXPECT_EQ(Convert({"--to", "dec", Raw().string()}), 0) << "raw numbers need none";
+}
+
+TEST_F(ConvertCommandTest, RawNumbersAreThoseOfTheirHeadersModel) {
+    TestFolder::Write(Raw(), "[Header]\r\nFileType=raw\r\nDeviceType=Corvane-6\r\n[EndHeader]\r\n" + kLine);
+    const fs::path other = folder / "other.cal";
+    TestFolder::Write(other, simulator::MakeInstrument(simulator::Model::Delph2)->CalText());
+    EXPECT_EQ(Convert({"--to", "dec", "--cal", other.string(), Raw().string()}), 0);
+    EXPECT_EQ(error, "") << "the calibration converts nothing here";
+    EXPECT_TRUE(TestFolder::Read(folder / "cast.dec").starts_with("Time,Pressure,Snorm1,"));
 }
 
 TEST(BatchConversionTest, WhatTheFormRefusesInItsOrder) {

@@ -78,6 +78,18 @@ TEST_F(ConvertOnScreenTest, TheBarFollowsAndCancelLeavesNoFile) {
     EXPECT_EQ(said, "");
 }
 
+TEST_F(ConvertOnScreenTest, AnInterruptedRunLeavesNoFile) {
+    bool interrupted = false;
+    console.interrupted = [&interrupted] { return interrupted; };
+    Start(Pair(150000));
+    Turn(1);
+    ASSERT_FALSE(status);
+    interrupted = true;
+    Turn(100);
+    EXPECT_EQ(status, 1);
+    EXPECT_EQ(TestFolder::Names(folder.Path()), (std::set<std::string>{"a.cal", "cast one.raw"}));
+}
+
 TEST_F(ConvertOnScreenTest, WhatGoesWrongIsSaidOnTheTerminal) {
     TestFolder::Write(folder / "a.cal", "no calibration");
     Start(Pair(10));
