@@ -94,11 +94,8 @@ std::string_view BatchTitle(bool decimal) {
 }
 
 BatchConversion::BatchConversion(BatchRequest request, HeaderStamp stamp, SigmaParams sigma,
-                                 PureWaterParams water)
-    : request_(std::move(request)),
-      stamp_(std::move(stamp)),
-      sigma_(std::move(sigma)),
-      water_(std::move(water)) {}
+                                 const PureWaterParams& water)
+    : request_(std::move(request)), stamp_(std::move(stamp)), sigma_(std::move(sigma)), water_(water) {}
 
 std::string BatchConversion::Prepare() {
     if (request_.decimal && request_.calFile.empty()) return "";

@@ -53,7 +53,7 @@ std::string_view BatchTitle(bool decimal);
 class BatchConversion {
   public:
     /// The parameters are those of now for all files, whatever the user changes meanwhile.
-    BatchConversion(BatchRequest request, HeaderStamp stamp, SigmaParams sigma, PureWaterParams water);
+    BatchConversion(BatchRequest request, HeaderStamp stamp, SigmaParams sigma, const PureWaterParams& water);
 
     /// Loads the calibration, if there is one to load. Empty: all is well; otherwise nothing can be
     /// converted.

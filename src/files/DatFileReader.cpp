@@ -70,10 +70,13 @@ bool DatFileReader::NextLine() {
 bool DatFileReader::TakeData(std::string_view line) {
     if (!IsDigit(line.front()) && !HasNumberChars(line)) return false;
     // A recording that was cut off leaves a last line whose missing values would show as zeros.
-    const int fewest = std::max(columns_, static_cast<int>(kTimeAndDepth));
+    // The first line tells how many there are, unless it has run into another and has too many.
+    const bool isSecond = counts_.samples == 1;
+    const int usual = isSecond ? std::min(columns_, line_.WithoutBeta()) : columns_;
+    const int fewest = std::max(usual, static_cast<int>(kTimeAndDepth));
     const int count = line_.Read(line, ends_, sample_, fewest);
     if (count < fewest) return false;
-    if (columns_ == 0) {
+    if (columns_ == 0 || (isSecond && count < columns_)) {
         columns_ = count;
         hasBeta_ = line_.HasBeta(count);
     }

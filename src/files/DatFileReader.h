@@ -26,7 +26,7 @@ class DatFileReader final : public SampleReader {
     [[nodiscard]] InstTypeCode Type() const { return type_; }
     /// Channel names in the order of the file.
     [[nodiscard]] const std::vector<std::string>& Channels() const { return channels_; }
-    /// The samples hold beta values. Known with the first sample.
+    /// The samples hold beta values. Known with the second sample.
     [[nodiscard]] bool HasBetaColumns() const { return hasBeta_; }
 
   private:
@@ -40,7 +40,7 @@ class DatFileReader final : public SampleReader {
     DatScattering scattering_ = DatScattering::All;
     DatLineReader line_{InstTypeCode::Unknown};
     FieldEnds ends_;
-    int columns_ = 0;  ///< of the first sample; a line with fewer was cut off
+    int columns_ = 0;  ///< of the samples; a line with fewer was cut off
     bool hasBeta_ = false;
     bool dataSection_ = false;  ///< the file has a [Data] section, so that every line behind it counts
 };

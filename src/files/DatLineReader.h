@@ -34,6 +34,8 @@ class DatLineReader {
 
     /// Columns from the first to the last one that is read.
     [[nodiscard]] std::size_t Columns() const { return lastRead_; }
+    /// Columns of the model's lines without beta values.
+    [[nodiscard]] int WithoutBeta() const { return static_cast<int>(withoutBeta_); }
     /// Whether a line with so many values has beta values.
     [[nodiscard]] bool HasBeta(int values) const;
 

@@ -153,6 +153,18 @@ TEST_F(DatFileReaderTest, DamagedLinesArePassedOverAndCounted) {
     EXPECT_EQ(PassedOverText(reader.Counts()), "3 lines passed over: 3 text");
 }
 
+TEST_F(DatFileReaderTest, AFirstLineThatRanIntoTheNextCostsOnlyItself) {
+    const std::string head = "[Header]\r\nDeviceType=n-Tidal\r\n[Data]\r\n";
+    const std::string lines = "40002,1,2,3,4\r\n40003,1,2,3,5\r\n40004,1,2\r\n";
+    const auto samples = SamplesOf(head + "40000,1,2,3,440001,1,2,3,4\r\n" + lines);
+    ASSERT_EQ(samples.size(), 3U);
+    EXPECT_EQ(samples[1].Time, 40002);
+    EXPECT_EQ(samples[2].k[0], 5);
+    EXPECT_FALSE(reader.HasBetaColumns());
+    // One that is too short tells nothing about the others.
+    EXPECT_EQ(SamplesOf(head + "40001,1,2,3,4\r\n40002,1\r\n" + lines).size(), 3U);
+}
+
 TEST_F(DatFileReaderTest, WhereNoGainStepWasUsableNoneIsTold) {
     ASSERT_FALSE(reader.Open(Write("cast.dat",
                                    "[Header]\r\nDeviceType=n-Tidal\r\n[Data]\r\n"
