@@ -5,9 +5,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <cerrno>
 #include <map>
 #include <system_error>
 
+#include "files/FileCopy.h"
 #include "platform/Paths.h"
 
 namespace marisonde {
@@ -43,6 +45,17 @@ QString NameFor(const QFileInfo& file, const QDateTime& time, int attempt) {
            QLatin1Char('.') + file.suffix();
 }
 
+/// Puts a file in the place of an empty one, on another disk too. A failure leaves it where it is, and the
+/// other empty.
+FileError Replace(const fs::path& empty, const fs::path& file) {
+    std::error_code reason;
+    fs::rename(file, empty, reason);
+    if (!reason) return {};
+    if (FileError error = CopyDataFile(file, empty)) return error;
+    fs::remove(file, reason);
+    return {};
+}
+
 /// Where the file lies after the move; empty, with the reason, when it could not be moved.
 QString MoveTo(const QDir& destination, const QFileInfo& file, const QDateTime& time, QString& reason) {
     if (!destination.mkpath(QStringLiteral("."))) {
@@ -51,11 +64,18 @@ QString MoveTo(const QDir& destination, const QFileInfo& file, const QDateTime& 
     }
     for (int attempt = 1; attempt <= kMaxNameTries; ++attempt) {
         QString target = destination.filePath(NameFor(file, time, attempt));
-        QFile source(file.filePath());
-        // Never replaces a file, and copies where the folders lie on different disks.
-        if (!QFileInfo::exists(target) && source.rename(target)) return target;
-        reason = source.errorString();
-        if (!QFileInfo::exists(target)) return {};
+        const fs::path place = PathFromText(target);
+        DiskFile taken;
+        FileError error = taken.Open(place, OpenMode::Create);
+        if (error.code == EEXIST) continue;
+        taken.Close();
+        if (!error) {
+            error = Replace(place, file.filesystemFilePath());
+            if (!error) return target;
+            QFile::remove(target);
+        }
+        reason = QString::fromStdString(error.text);
+        return {};
     }
     return {};
 }

@@ -1,5 +1,11 @@
 #include <QDateTime>
 #include <QFile>
+#ifdef __linux__
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#endif
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
@@ -111,6 +117,60 @@ TEST_F(RecoveryTest, AFolderThatIsNotThereGivesNothing) {
     EXPECT_TRUE(report.recovered.empty());
     EXPECT_TRUE(report.leftBehind.empty());
 }
+
+#ifdef __linux__
+/// A place on another disk than the tests have, which may be full.
+class OtherDiskTest : public RecoveryTest {
+  protected:
+    OtherDiskTest() {
+        disk = std::filesystem::path("/dev/shm") / folder.Path().filename();
+        std::error_code passedOver;
+        std::filesystem::create_directory(disk, passedOver);
+    }
+    ~OtherDiskTest() override {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::error_code passedOver;
+        std::filesystem::remove_all(disk, passedOver);
+    }
+    [[nodiscard]] bool IsAnother() const {
+        struct stat here {};
+        struct stat there {};
+        return stat(folder.Path().c_str(), &here) == 0 && stat(disk.c_str(), &there) == 0 &&
+               here.st_dev != there.st_dev;
+    }
+    /// No file grows beyond so many bytes.
+    void Fill(rlim_t room) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit small{room, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    RecoveryReport RecoverTo() {
+        RecoveryReport report;
+        RecoverFiles(folder / "dead", {disk, folder / "second"}, report);
+        return report;
+    }
+    std::filesystem::path disk;
+    rlimit before{RLIM_INFINITY, RLIM_INFINITY};
+};
+
+TEST_F(OtherDiskTest, TakesFilesWithRoom) {
+    if (!IsAnother()) GTEST_SKIP() << "there is no other disk here";
+    WriteAt("0.raw", std::string(5000, 'x'), morning);
+    EXPECT_EQ(RecoverTo().recovered, std::vector{disk / "2026-03-01 09-05-07 0.raw"});
+    EXPECT_EQ(TestFolder::Read(disk / "2026-03-01 09-05-07 0.raw"), std::string(5000, 'x'));
+    EXPECT_TRUE(TestFolder::Names(folder / "dead").empty());
+}
+
+TEST_F(OtherDiskTest, WithoutRoomLeavesNoHalvesOfFiles) {
+    if (!IsAnother()) GTEST_SKIP() << "there is no other disk here";
+    WriteAt("0.raw", std::string(5000, 'x'), morning);
+    Fill(1000);
+    EXPECT_EQ(RecoverTo().recovered, std::vector{folder / "second" / "2026-03-01 09-05-07 0.raw"});
+    EXPECT_TRUE(TestFolder::Names(disk).empty());
+    EXPECT_EQ(TestFolder::Read(folder / "second" / "2026-03-01 09-05-07 0.raw"), std::string(5000, 'x'));
+}
+#endif
 
 }  // namespace
 }  // namespace marisonde
