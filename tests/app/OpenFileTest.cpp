@@ -63,6 +63,7 @@ TEST_F(OpenFileTest, RawFileOfAnotherModelAsksForItsCalibration) {
     DataWindow& other = *held[1].window;
     EXPECT_EQ(other.Stored.path, cast.raw);
     EXPECT_EQ(other.Link.CalData.InstType, InstTypeCode::Corvane6);
+    EXPECT_EQ(app.prefs.CalFile, CalOf(Model::Corvane6));
     EXPECT_EQ(PointsOf(other), PointsOf(*cast.live));
 }
 

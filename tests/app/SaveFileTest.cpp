@@ -460,6 +460,14 @@ TEST_F(NewFileTest, ConnectedWindowBeginsNewFiles) {
     EXPECT_LT(window.Plot.PlotIndex(), before);
 }
 
+TEST_F(NewFileTest, WithoutACalibrationThereIsNoCalibratedFile) {
+    DataWindow& window = Keep(Scripted(Model::Corvane6));
+    window.Link.State.CalReady = false;
+    New(window);
+    EXPECT_TRUE(window.Files.IsOpen(DataFileKind::Raw));
+    EXPECT_FALSE(window.Files.IsOpen(DataFileKind::Dat));
+}
+
 TEST_F(NewFileTest, RefusedCloseKeepsTheFiles) {
     DataWindow& window = Sampling();
     const int before = window.Plot.PlotIndex();
@@ -523,6 +531,7 @@ TEST_F(NewFileTest, NamesAreAskedForWhenTheUserWantsIt) {
 
 TEST_F(NewFileTest, NamedFilesAreSavedWithoutAsking) {
     DataWindow& window = Sampling();
+    app.prefs.SavePath = "/before/";
     dialogs.chosen = {{(folder / "cast one").string(), 0}};
     Do(window, [&](Operation& operation) { return NameFilesCommand(operation, window); });
     EXPECT_EQ(window.Files.State().rawFinal, folder / "cast one.raw");
