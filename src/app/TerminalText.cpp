@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "app/FileDialogs.h"
-#include "files/ReplacedFile.h"
+#include "common/ReplacedFile.h"
 #include "platform/Operations.h"
 
 namespace marisonde {
@@ -17,13 +17,6 @@ constexpr std::array kTextFilters{
     FileFilter{"Text File (*.txt)", "*.txt", "txt"},
     FileFilter{"All Files (*.*)", "*.*", ""},
 };
-
-FileError Write(const std::string& path, const std::string& text) {
-    ReplacedFile file(path, ".saving");
-    if (FileError error = file.Open()) return error;
-    if (FileError error = file.Append(text)) return error;
-    return file.Commit();
-}
 
 }  // namespace
 
@@ -42,7 +35,7 @@ QCoro::Task<> SaveTerminalText(Operation& operation, Dialogs& dialogs, std::stri
             const Choice replace = co_await dialogs.ShowChoiceDialog(operation, question);
             if (replace != Choice::First) continue;
         }
-        if (const FileError error = Write(proposed, text))
+        if (const FileError error = SaveWhole(proposed, text))
             dialogs.ShowError("The text could not be saved as " + proposed + ": " + error.text + ".");
         co_return;
     }

@@ -8,14 +8,11 @@
 #include "calibration/CalLine.h"
 #include "calibration/CalibrationDataClass.h"
 #include "common/FileBytes.h"
+#include "common/ReplacedFile.h"
 
 namespace marisonde {
 
 namespace {
-
-std::string SystemText() {
-    return std::error_code(errno, std::generic_category()).message();
-}
 
 bool Exists(const std::filesystem::path& path) {
     std::error_code error;
@@ -156,8 +153,8 @@ CalFileResult CalibrationDataClass::LoadSourceFile(const std::filesystem::path& 
 
 CalFileResult CalibrationDataClass::SaveCopyToFile(const std::filesystem::path& path,
                                                    const PureWaterParams& water) {
-    if (const std::error_code reason = WriteFileBytes(path, CalText(water)))
-        return {false, "Error writing file: " + reason.message() + ".\r" + path.string(), {}};
+    if (const FileError error = SaveWhole(path, CalText(water)))
+        return {false, "Error writing file: " + error.text + ".\r" + path.string(), {}};
     ChangedItems = 0;
     savedFile_ = path.string();
     return {true, "", {}};
@@ -181,7 +178,7 @@ CalFileType GetCalFileType(const std::filesystem::path& path) {
     errno = 0;
     std::ifstream file(path, std::ios::binary);
     CalFileType found = TypeFromText(file);
-    if (!file.is_open() || file.bad()) found.error = "Error opening cal file: " + SystemText() + ".";
+    if (!file.is_open() || file.bad()) found.error = "Error opening cal file: " + ErrorOf(errno).text + ".";
     return found;
 }
 

@@ -35,22 +35,4 @@ std::optional<std::string> ReadFileBytes(const std::filesystem::path& path, std:
     return std::nullopt;
 }
 
-std::error_code WriteFileBytes(const std::filesystem::path& path, std::string_view bytes) {
-    std::error_code reason;
-    const std::filesystem::path linked = std::filesystem::canonical(path, reason);
-    const std::filesystem::path& place = reason ? path : linked;
-    std::filesystem::path beside = place;
-    beside += ".saving";
-    errno = 0;
-    std::ofstream file(beside, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    const bool opened = file.is_open();
-    file.close();
-    reason = std::error_code(file.fail() ? errno : 0, std::generic_category());
-    if (!reason) std::filesystem::rename(beside, place, reason);
-    std::error_code passedOver;
-    if (opened && reason) std::filesystem::remove(beside, passedOver);
-    return reason;
-}
-
 }  // namespace marisonde

@@ -8,12 +8,12 @@
 #include "calibration/CalibrationDataClass.h"
 #include "calibration/Converter.h"
 #include "common/ConversionUtils.h"
+#include "common/ReplacedFile.h"
 #include "common/VectorState.h"
 #include "files/DatFile.h"
 #include "files/DecFile.h"
 #include "files/FileHeaderInfo.h"
 #include "files/RawFileReader.h"
-#include "files/ReplacedFile.h"
 
 namespace marisonde {
 

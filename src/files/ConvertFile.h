@@ -8,9 +8,9 @@
 #include <string_view>
 
 #include "common/InstTypes.h"
+#include "common/OutputFile.h"
 #include "files/FileHeader.h"
 #include "files/LineReader.h"
-#include "files/OutputFile.h"
 #include "files/SampleReader.h"
 
 namespace marisonde {

@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "common/InstState.h"
+#include "common/OutputFile.h"
 #include "common/Question.h"
-#include "files/OutputFile.h"
 
 namespace marisonde {
 

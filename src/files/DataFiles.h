@@ -12,7 +12,7 @@
 
 #include "calibration/CalibratedSample.h"
 #include "common/Clock.h"
-#include "files/OutputFile.h"
+#include "common/OutputFile.h"
 
 namespace marisonde {
 

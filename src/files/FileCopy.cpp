@@ -8,7 +8,7 @@
 #include <system_error>
 #include <utility>
 
-#include "files/ReplacedFile.h"
+#include "common/ReplacedFile.h"
 
 namespace marisonde {
 

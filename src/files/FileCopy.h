@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <memory>
 
+#include "common/OutputFile.h"
 #include "files/LineReader.h"
-#include "files/OutputFile.h"
 
 namespace marisonde {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "common/InstTypes.h"
-#include "files/OutputFile.h"
+#include "common/OutputFile.h"
 
 namespace marisonde {
 

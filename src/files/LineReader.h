@@ -7,8 +7,8 @@
 #include <memory>
 #include <string_view>
 
+#include "common/OutputFile.h"
 #include "files/FieldEnds.h"
-#include "files/OutputFile.h"
 
 namespace marisonde {
 

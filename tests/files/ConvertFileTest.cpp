@@ -6,9 +6,9 @@
 #include "common/ConversionUtils.h"
 #include "decode/Lines.h"
 #include "files/ConvertFile.h"
-#include "files/FileFixture.h"
 #include "files/RawFile.h"
 #include "support/FailingOutputFile.h"
+#include "support/FileFixture.h"
 #include "support/ReadOnlyFolder.h"
 
 namespace marisonde {

@@ -10,7 +10,7 @@
 #include "files/DatFile.h"
 #include "files/DatFileReader.h"
 #include "files/DatSamples.h"
-#include "files/FileFixture.h"
+#include "support/FileFixture.h"
 
 namespace marisonde {
 namespace {

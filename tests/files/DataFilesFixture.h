@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <optional>
 
-#include "FileFixture.h"
 #include "files/DataFiles.h"
+#include "support/FileFixture.h"
 
 namespace marisonde {
 

@@ -2,7 +2,7 @@
 #include <system_error>
 
 #include "files/FileCopy.h"
-#include "files/FileFixture.h"
+#include "support/FileFixture.h"
 
 namespace marisonde {
 namespace {

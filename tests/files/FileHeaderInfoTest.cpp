@@ -4,9 +4,9 @@
 #include "calibration/CalibrationDataClass.h"
 #include "decode/Lines.h"
 #include "files/DatFile.h"
-#include "files/FileFixture.h"
 #include "files/FileHeaderInfo.h"
 #include "files/RawFile.h"
+#include "support/FileFixture.h"
 
 namespace marisonde {
 namespace {

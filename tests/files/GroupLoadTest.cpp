@@ -3,9 +3,9 @@
 
 #include "decode/Lines.h"
 #include "files/DatFileReader.h"
-#include "files/FileFixture.h"
 #include "files/GroupLoad.h"
 #include "files/RawFileReader.h"
+#include "support/FileFixture.h"
 
 namespace marisonde {
 namespace {

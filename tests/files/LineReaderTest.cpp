@@ -7,8 +7,8 @@
 #include <sys/stat.h>
 #endif
 
-#include "files/FileFixture.h"
 #include "files/LineReader.h"
+#include "support/FileFixture.h"
 
 namespace marisonde {
 namespace {

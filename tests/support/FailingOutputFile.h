@@ -6,7 +6,7 @@
 #include <string>
 #include <system_error>
 
-#include "files/OutputFile.h"
+#include "common/OutputFile.h"
 
 namespace marisonde {
 

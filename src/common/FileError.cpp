@@ -1,4 +1,4 @@
-#include "files/FileError.h"
+#include "common/FileError.h"
 
 #include <cerrno>
 

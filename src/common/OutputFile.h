@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "files/FileError.h"
+#include "common/FileError.h"
 
 namespace marisonde {
 

@@ -1,4 +1,4 @@
-#include "files/ReplacedFile.h"
+#include "common/ReplacedFile.h"
 
 #include <cerrno>
 #include <system_error>
@@ -54,6 +54,13 @@ FileError ReplacedFile::Commit() {
     if (reason) return ErrorOf(reason);
     opened_ = false;
     return {};
+}
+
+FileError SaveWhole(const fs::path& path, std::string_view bytes) {
+    ReplacedFile file(path, ".saving");
+    if (FileError error = file.Open()) return error;
+    if (FileError error = file.Append(bytes)) return error;
+    return file.Commit();
 }
 
 }  // namespace marisonde

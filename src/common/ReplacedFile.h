@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "files/OutputFile.h"
+#include "common/OutputFile.h"
 
 namespace marisonde {
 
@@ -32,5 +32,8 @@ class ReplacedFile {
     std::unique_ptr<OutputFile> file_;
     bool opened_ = false;
 };
+
+/// Makes these bytes the file at `path`; with an error, what was there is left as it was.
+[[nodiscard]] FileError SaveWhole(const std::filesystem::path& path, std::string_view bytes);
 
 }  // namespace marisonde

@@ -1,4 +1,4 @@
-#include "files/OutputFile.h"
+#include "common/OutputFile.h"
 
 #include <array>
 #include <cerrno>

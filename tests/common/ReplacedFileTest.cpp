@@ -1,9 +1,11 @@
+#include <cerrno>
 #include <filesystem>
 #include <set>
 #include <string>
 
-#include "files/FileFixture.h"
-#include "files/ReplacedFile.h"
+#include "common/ReplacedFile.h"
+#include "support/FileFixture.h"
+#include "support/FileSizeLimit.h"
 
 namespace marisonde {
 namespace {
@@ -58,6 +60,21 @@ TEST_F(ReplacedFileTest, ALinkThatLeadsNowhereGivesWay) {
     EXPECT_FALSE(file.Commit());
     EXPECT_FALSE(fs::is_symlink(In("cast.dat")));
     EXPECT_EQ(TextOf(In("cast.dat")), "text");
+}
+
+TEST_F(ReplacedFileTest, BytesAreSavedWholeOrNotAtAll) {
+    EXPECT_FALSE(SaveWhole(In("notes.txt"), "first"));
+    {
+        const FileSizeLimit limit(10);
+        if (!limit.Refuses()) GTEST_SKIP() << "this system knows no limit of a file's size";
+        const FileError error = SaveWhole(In("notes.txt"), "more than ten bytes");
+        EXPECT_EQ(error.code, EFBIG);
+        EXPECT_EQ(error.text, "File too large");
+    }
+    EXPECT_EQ(TextOf(In("notes.txt")), "first");
+    EXPECT_EQ(Names(), std::set<std::string>{"notes.txt"});
+    EXPECT_FALSE(SaveWhole(In("notes.txt"), "more than ten bytes"));
+    EXPECT_EQ(TextOf(In("notes.txt")), "more than ten bytes");
 }
 
 }  // namespace

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "FileFixture.h"
-#include "files/OutputFile.h"
+#include "common/OutputFile.h"
 #include "support/FailingOutputFile.h"
+#include "support/FileFixture.h"
 
 namespace marisonde {
 namespace {
