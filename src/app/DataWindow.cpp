@@ -11,6 +11,7 @@
 #include "common/Numbers.h"
 #include "common/VectorState.h"
 #include "decode/Decoders.h"
+#include "files/DatColumns.h"
 #include "files/DatFile.h"
 #include "files/DataFileQuestions.h"
 #include "files/RawFile.h"
@@ -355,6 +356,11 @@ std::string DataWindow::StatusText() const {
 
 std::string DataWindow::Title() const {
     return WindowTitle(*this);
+}
+
+bool DataWindow::HasTemperature() const {
+    if (!Link.State.HasSample) return false;
+    return !Stored.IsShown() || !Stored.IsCalibrated() || DatTellsTemperature(Plot.Model());
 }
 
 std::string DataWindow::WhereDataAre() const {

@@ -115,6 +115,8 @@ class DataWindow {
     [[nodiscard]] std::string Title() const;
     /// Counts the files begun without a name in this run of the program; 0 before the window's first.
     [[nodiscard]] int UntitledNumber() const { return untitledNumber_; }
+    /// There is a sample, and its temperature was measured: most calibrated files have none.
+    [[nodiscard]] bool HasTemperature() const;
     /// Where the data are: the file names, or the temporary files while unnamed; empty without files.
     [[nodiscard]] std::string WhereDataAre() const;
     /// A name for new files of this window: serial or model, then date and time.

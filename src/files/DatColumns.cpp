@@ -71,4 +71,9 @@ const DatLayout& DatLayoutOf(InstTypeCode type) {
     return row < kLayouts.size() ? kLayouts[row] : kLayouts.back();
 }
 
+bool DatTellsTemperature(InstTypeCode type) {
+    const auto columns = DatLayoutOf(type).columns;
+    return std::any_of(columns.begin(), columns.end(), [](const DatRun& run) { return run.field == Temp; });
+}
+
 }  // namespace marisonde

@@ -34,6 +34,8 @@ struct DatLayout {
 
 /// The layout of a model; of time and depth alone for models without columns and for unknown ones.
 const DatLayout& DatLayoutOf(InstTypeCode type);
+/// Whether the calibrated files of a model tell the temperature.
+bool DatTellsTemperature(InstTypeCode type);
 
 /// Time and depth, which every line begins with.
 inline constexpr std::size_t kTimeAndDepth = 2;

@@ -106,6 +106,19 @@ TEST_F(FileCommandsTest, OpeningShowsTheFile) {
     EXPECT_EQ(form->Window().Plot.PlotIndex(), 1);
 }
 
+TEST_F(FileCommandsTest, NoTemperatureIsMadeUpForFilesWithoutOne) {
+    MainForm* const fathom = Empty();
+    Drop(fathom, {Dat("one.dat", 3)});
+    EXPECT_EQ(Text(fathom, "TemperaturePanel"), "20.00 C");
+    MainForm* const tidal = Empty();
+    TestFolder::Write(
+        folder / "n.dat",
+        "[Header]\r\nFileType=dat\r\nDeviceType=n-Tidal\r\n[Data]\r\n40001,7,0.01,0.02,0.5\r\n");
+    Drop(tidal, {(folder / "n.dat").string()});
+    EXPECT_EQ(Text(tidal, "DepthPanel"), "7.00 m");
+    EXPECT_EQ(Text(tidal, "TemperaturePanel"), "---");
+}
+
 TEST_F(FileCommandsTest, DroppedFilesOpenEachInItsWindow) {
     MainForm* const form = Empty();
     Drop(form, {Dat("one.dat", 3), Dat("two.dat", 4)});

@@ -124,7 +124,7 @@ void StatusPanels::ShowReadouts(const DataWindow& window) {
     const double depth = ShownDepth(sample.Depth, metres);
     const QString none("---");
     SetText(depth_, state.HasSample ? WithUnit(depth, 2, metres ? "m" : "ft") : none);
-    SetText(temperature_, state.HasSample ? WithUnit(sample.Temp, 2, "C") : none);
+    SetText(temperature_, window.HasTemperature() ? WithUnit(sample.Temp, 2, "C") : none);
     SetText(voltage_, state.SupplyVoltage ? WithUnit(*state.SupplyVoltage, 1, "V") : none);
 }
 
