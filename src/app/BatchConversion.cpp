@@ -108,8 +108,9 @@ std::string BatchConversion::Prepare() {
 
 /// By the file itself: on some disks names that differ in the case of their letters are one.
 bool BatchConversion::IsWritten(const fs::path& destination) const {
+    std::error_code passedOver;
+    if (!fs::exists(destination, passedOver)) return false;
     return std::any_of(written_.begin(), written_.end(), [&](const fs::path& written) {
-        std::error_code passedOver;
         return fs::equivalent(written, destination, passedOver);
     });
 }
