@@ -47,6 +47,17 @@ class ProcessFilesFormTest : public FormsFixture {
         QTest::mouseClick(Get<QPushButton>("ProcessButton"), Qt::LeftButton);
         Run(4 * kTick);
     }
+    /// Begins the work on a first file of so many lines and a short second one. The usual number takes
+    /// several slices even of a clock that stands still.
+    void BeginLong(int linesOfFirst = 200000) {
+        std::string cast;
+        for (int i = 0; i < linesOfFirst; ++i) cast += kLine;
+        TestFolder::Write(folder / "in/a.raw", cast);
+        Show();
+        FillIn();
+        QTest::mouseClick(Get<QPushButton>("ProcessButton"), Qt::LeftButton);
+        ASSERT_FALSE(Get<QPushButton>("ProcessButton")->isEnabled());
+    }
     std::set<std::string> Out() { return TestFolder::Names(folder / "out"); }
 
     MainForm* window = nullptr;
@@ -86,26 +97,14 @@ TEST_F(ProcessFilesFormTest, FilesMayHaveAnyName) {
 #endif
 
 TEST_F(ProcessFilesFormTest, WorksOnBetweenTheTicks) {
-    std::string cast;
-    for (int i = 0; i < 200000; ++i) cast += kLine;  // several slices even of a clock that stands still
-    TestFolder::Write(folder / "in/a.raw", cast);
-    Show();
-    FillIn();
-    QTest::mouseClick(Get<QPushButton>("ProcessButton"), Qt::LeftButton);
-    EXPECT_FALSE(Get<QPushButton>("ProcessButton")->isEnabled());
+    BeginLong();
     for (int turns = 0; turns < 100 && !Get<QPushButton>("ProcessButton")->isEnabled(); ++turns) Settle();
     EXPECT_TRUE(Get<QPushButton>("ProcessButton")->isEnabled());
     EXPECT_EQ(Out(), (std::set<std::string>{"a.dat", "B.dat"}));
 }
 
 TEST_F(ProcessFilesFormTest, ShownAgainAtWorkItKeepsWhatWaits) {
-    std::string cast;
-    for (int i = 0; i < 200000; ++i) cast += kLine;
-    TestFolder::Write(folder / "in/a.raw", cast);
-    Show();
-    FillIn();
-    QTest::mouseClick(Get<QPushButton>("ProcessButton"), Qt::LeftButton);
-    ASSERT_FALSE(Get<QPushButton>("ProcessButton")->isEnabled());
+    BeginLong();
     form->Show();
     EXPECT_EQ(Get<QListWidget>("List1")->selectedItems().size(), 2);
     for (int turns = 0; turns < 100 && !Get<QPushButton>("ProcessButton")->isEnabled(); ++turns) Settle();
@@ -157,14 +156,8 @@ TEST_F(ProcessFilesFormTest, AsksBeforeFilesAreReplaced) {
 }
 
 TEST_F(ProcessFilesFormTest, CancelFinishesTheFileAtWorkAndClosesOnlyAfterwards) {
-    std::string text;
-    for (int i = 0; i < 70000; ++i) text += kLine;
-    TestFolder::Write(folder / "in/a.raw", text);
-    Show();
-    FillIn();
-    QTest::mouseClick(Get<QPushButton>("ProcessButton"), Qt::LeftButton);
+    BeginLong(70000);
     EXPECT_EQ(Get<QPushButton>("CancelButton")->text().remove('&'), "Cancel");
-    EXPECT_FALSE(Get<QPushButton>("ProcessButton")->isEnabled());
     QTest::mouseClick(Get<QPushButton>("CancelButton"), Qt::LeftButton);
     EXPECT_TRUE(form->isVisible());
     Run(4 * kTick);
